@@ -1,0 +1,134 @@
+#include "zuml/core/xqmatrix.h"
+
+#include <Eigen/Dense>
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+#include "zuml/core/xqexception.h"
+
+namespace {
+
+std::size_t RequireSize(int rows, int cols) {
+  constexpr std::int64_t kMostElements = INT32_MAX / std::int64_t{sizeof(double)};
+  if (rows < 0 || cols < 0 || std::int64_t{rows} * cols > kMostElements) {
+    throw XQException("XQMatrix: %d x %d is not a size", rows, cols);
+  }
+  return static_cast<std::size_t>(rows) * static_cast<std::size_t>(cols);
+}
+
+using Dense = Eigen::Matrix<double, Eigen::Dynamic, Eigen::Dynamic, Eigen::RowMajor>;
+
+Eigen::Map<Dense> View(XQMatrix& a) { return {a[0], a.Rows(), a.Cols()}; }
+Eigen::Map<const Dense> View(const XQMatrix& a) { return {a[0], a.Rows(), a.Cols()}; }
+
+void RequireSquare(const char* operation, const XQMatrix& a) {
+  if (a.Rows() != a.Cols()) {
+    throw XQException("%s: a matrix of %d x %d is not square", operation, a.Rows(), a.Cols());
+  }
+}
+
+/// The exponent that brings a value to between 0.5 and 1; 0 where there is none.
+int GetScale(double value) {
+  int exponent = 0;
+  if (value > 0.0 && std::isfinite(value)) std::frexp(value, &exponent);
+  return -exponent;
+}
+
+/// Scales the rows of a and b, then the columns of a, and returns the exponents of the columns:
+/// the unknowns of the scaled system are those of the original one divided by these powers of two.
+std::vector<int> ScaleSystem(XQMatrix& a, XQMatrix& b) {
+  const int n = a.Rows();
+  std::vector<double> greatest(n, 0.0);
+  for (int i = 0; i < n; ++i) {
+    double most = 0.0;
+    for (int j = 0; j < n; ++j) most = std::max(most, std::abs(a[i][j]));
+    const int scale = GetScale(most);
+    for (int j = 0; j < n; ++j) {
+      a[i][j] = std::ldexp(a[i][j], scale);
+      greatest[j] = std::max(greatest[j], std::abs(a[i][j]));
+    }
+    for (int j = 0; j < b.Cols(); ++j) b[i][j] = std::ldexp(b[i][j], scale);
+  }
+  std::vector<int> scales(greatest.size());
+  std::transform(greatest.begin(), greatest.end(), scales.begin(), GetScale);
+  for (int i = 0; i < n; ++i) {
+    for (int j = 0; j < n; ++j) a[i][j] = std::ldexp(a[i][j], scales[j]);
+  }
+  return scales;
+}
+
+/// The x of a x = b for a square a, by an LU decomposition with full pivoting of the scaled system.
+/// Without the scaling, unknowns of unlike size, such as the coefficients of a cubic in pixels,
+/// would make a regular matrix look singular.
+XQMatrix Solve(const char* operation, XQMatrix a, XQMatrix b) {
+  const std::vector<int> scales = ScaleSystem(a, b);
+  if (!View(a).allFinite()) throw XQException("%s: singular matrix", operation);
+  const Eigen::FullPivLU<Dense> decomposition(View(a));
+  if (!decomposition.isInvertible()) throw XQException("%s: singular matrix", operation);
+  XQMatrix x(a.Cols(), b.Cols());
+  if (x.Rows() > 0 && x.Cols() > 0) View(x) = decomposition.solve(View(b));
+  for (int i = 0; i < x.Rows(); ++i) {
+    for (int j = 0; j < x.Cols(); ++j) x[i][j] = std::ldexp(x[i][j], scales[i]);
+  }
+  return x;
+}
+
+}  // namespace
+
+XQMatrix::XQMatrix() noexcept = default;
+
+XQMatrix::XQMatrix(int rows, int cols)
+    : rows_(rows), cols_(cols), elements_(RequireSize(rows, cols)) {}
+
+XQMatrix::XQMatrix(int rows, int cols, const double* elements)
+    : rows_(rows), cols_(cols), elements_(elements, elements + RequireSize(rows, cols)) {}
+
+XQMatrix::XQMatrix(const XQMatrix& other) = default;
+
+XQMatrix::XQMatrix(XQMatrix&& other) noexcept
+    : rows_(std::exchange(other.rows_, 0)),
+      cols_(std::exchange(other.cols_, 0)),
+      elements_(std::move(other.elements_)) {}
+
+XQMatrix& XQMatrix::operator=(XQMatrix other) noexcept {
+  std::swap(rows_, other.rows_);
+  std::swap(cols_, other.cols_);
+  elements_.swap(other.elements_);
+  return *this;
+}
+
+XQMatrix::~XQMatrix() = default;
+
+XQMatrix operator*(const XQMatrix& a, const XQMatrix& b) {
+  if (a.Cols() != b.Rows()) {
+    throw XQException("operator*: matrices of %d x %d and %d x %d have no product", a.Rows(),
+                      a.Cols(), b.Rows(), b.Cols());
+  }
+  XQMatrix product(a.Rows(), b.Cols());
+  View(product).noalias() = View(a).lazyProduct(View(b));
+  return product;
+}
+
+XQMatrix XQTranspose(const XQMatrix& a) {
+  XQMatrix transpose(a.Cols(), a.Rows());
+  View(transpose) = View(a).transpose();
+  return transpose;
+}
+
+XQMatrix XQInverse(const XQMatrix& a) {
+  RequireSquare("XQInverse", a);
+  XQMatrix unit(a.Rows(), a.Rows());
+  for (int i = 0; i < a.Rows(); ++i) unit[i][i] = 1.0;
+  return Solve("XQInverse", a, std::move(unit));
+}
+
+XQMatrix XQSolveGauss(const XQMatrix& a, const XQMatrix& b) {
+  RequireSquare("XQSolveGauss", a);
+  if (a.Rows() != b.Rows()) {
+    throw XQException("XQSolveGauss: %d equations with %d right sides", a.Rows(), b.Rows());
+  }
+  return Solve("XQSolveGauss", a, b);
+}
