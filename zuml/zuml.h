@@ -34,6 +34,26 @@
 #include "zuml/core/zumsweeprect.h"
 
 // algebra: arithmetic, comparison, logic, functions, lookup tables, frames, statistics
+#include "zuml/algebra/arithmetic.h"
+#include "zuml/algebra/comparison.h"
+#include "zuml/algebra/conditional.h"
+#include "zuml/algebra/division.h"
+#include "zuml/algebra/extrema.h"
+#include "zuml/algebra/frames.h"
+#include "zuml/algebra/functions.h"
+#include "zuml/algebra/histogram.h"
+#include "zuml/algebra/lineproducts.h"
+#include "zuml/algebra/logic.h"
+#include "zuml/algebra/lut.h"
+#include "zuml/algebra/medianmasked.h"
+#include "zuml/algebra/moments.h"
+#include "zuml/algebra/neighbourcount.h"
+#include "zuml/algebra/norms.h"
+#include "zuml/algebra/product.h"
+#include "zuml/algebra/projections.h"
+#include "zuml/algebra/readline.h"
+#include "zuml/algebra/statistics.h"
+#include "zuml/algebra/tobyte.h"
 
 // filters: convolution, smoothing, rank and edge filters
 

@@ -1,0 +1,133 @@
+#include "zuml/algebra/medianmasked.h"
+
+#include <algorithm>
+
+#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/xqexception.h"
+#include "zuml/core/xqmemory.h"
+#include "zuml/core/zumdisplacement.h"
+
+using zuml_detail::Stored;
+using zuml_detail::ValueAt;
+
+namespace {
+
+// The lower median of n > 0 values, which change their order.
+template <class V>
+V SelectMedian(V* values, std::ptrdiff_t n) {
+  V* end = values + n;
+  V* middle = values + (n - 1) / 2;
+  if constexpr (std::floating_point<V>) {
+    // NaNs have no order; they go behind the numbers.
+    end = std::partition(values, end, [](V v) { return v == v; });
+    if (middle >= end) return *middle;
+  }
+  std::nth_element(values, middle, end);
+  return *middle;
+}
+
+void RequireSameChannels(const ZUMRaster& image, const ZUMRaster& mask) {
+  if (image.GetCSz() != mask.GetCSz()) {
+    throw XQException("ZUMMedianMasked: im and mask don't have the same number of channels");
+  }
+}
+
+}  // namespace
+
+/// The medians of its part.
+template <class P>
+class CTaskMedianMasked final : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<P>* result;
+  const ZUMImage<P>* image;
+  const ZUMImage<ZUMBool>* mask;
+  const ZUMDisplacementArray* on_image;
+  const ZUMDisplacementArray* on_mask;
+
+  void Run() override {
+    const auto values = zuml_detail::MakeScratch<P>(on_image->GetLength());
+    ForEachRun(
+        part,
+        [&](P* r, const P* x, const ZUMBool* m, std::ptrdiff_t n) {
+          for (std::ptrdiff_t i = 0; i < n; ++i) {
+            const std::ptrdiff_t count = Collect(values.get(), x + i, m + i);
+            r[i] = count > 0 ? SelectMedian(values.get(), count) : OwnPixel(r + i);
+          }
+        },
+        *result, *image, *mask);
+  }
+
+ private:
+  std::ptrdiff_t Collect(P* values, const P* x, const ZUMBool* m) const {
+    P* v = values;
+    const long long* step = on_mask->begin();
+    for (const long long offset : *on_image) {
+      *v = x[offset];
+      v += !ValueAt(m, *step++);
+    }
+    return v - values;
+  }
+
+  P OwnPixel(const P* r) const {
+    int c;
+    const ZUMBasePoint<int> at = result->AddressCoord(r, c);
+    return image->InP(at) ? (*image)(at, c) : P{};
+  }
+};
+
+template <ZUMScalarPixel PixT>
+PixT ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask) {
+  RequireSameChannels(image, mask);
+  const ZUMRoDRef rod = Intersection(image, mask);
+  const auto values = zuml_detail::MakeScratch<Stored<PixT>>(
+      static_cast<std::size_t>(rod.NPixels()) * static_cast<std::size_t>(image.GetCSz()));
+  std::ptrdiff_t count = 0;
+  ForEachRun(
+      rod,
+      [&](const PixT* x, const ZUMBool* m, std::ptrdiff_t n) {
+        Stored<PixT>* v = values.get() + count;
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          *v = ValueAt(x, i);
+          v += !ValueAt(m, i);
+        }
+        count = v - values.get();
+      },
+      image, mask);
+  if (count == 0) throw XQException("ZUMMedianMasked:Valor indefinido por imagen vacia");
+  return static_cast<PixT>(SelectMedian(values.get(), count));
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element,
+                               const ZUMImage<ZUMBool>& mask) {
+  if (element.GetCSz() != 1) {
+    throw XQException("ZUMMedianMasked: Multichannel structuring elements are not allowed");
+  }
+  RequireSameChannels(image, mask);
+  if constexpr (std::same_as<PixT, ZUMBool>) {
+    return ZUMMedianMasked(ZUMImage<ZUMByte>(image), element, mask);
+  } else {
+    ZUMDisplacementArray on_image, on_mask;
+    on_image.FromNonZeroPixels(image, element);
+    on_mask.FromNonZeroPixels(mask, element);
+    const ZUMRect box = element.Rect();
+    const ZUMRoDRef rod =
+        DisplaceSides(Intersection(image, mask), -box.begin.x, -box.begin.y, -box.begin.z,
+                      -box.begin.t, -box.end.x, -box.end.y, -box.end.z, -box.end.t);
+    using Task = CTaskMedianMasked<PixT>;
+    return RunTasks<Task, PixT>(rod, image.GetCSz(), [&](Task& task) {
+      task.image = &image;
+      task.mask = &mask;
+      task.on_image = &on_image;
+      task.on_mask = &on_mask;
+    });
+  }
+}
+
+#define ZUML_INSTANTIATE(PIX)                                                                 \
+  template ZUML_API PIX ZUMMedianMasked<PIX>(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&); \
+  template ZUML_API ZUMImage<PIX> ZUMMedianMasked<PIX>(                                       \
+      const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&, const ZUMImage<ZUMBool>&);
+ZUML_SCALAR_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE

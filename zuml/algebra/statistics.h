@@ -1,0 +1,42 @@
+/// Sums, mean, deviation and variance of an image. Every channel's pixels belong to the same
+/// population: n is the number of pixels of the region times the number of channels.
+///
+/// All but ZUMSumChannels run on the calling thread in one walk. Sums of reals are taken in sweep
+/// order.
+#pragma once
+
+#include <concepts>
+
+#include "zuml/core/export.h"
+#include "zuml/core/zumimage.h"
+
+/// The pixel types of sums: `long` ones that wrap of the discrete types, `double` ones of doubles,
+/// complex ones of complex pixels.
+template <class OutT, class InT>
+concept ZUMSumPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<InT>) ||
+                       (std::same_as<OutT, ZUMReal> && std::same_as<InT, ZUMReal>) ||
+                       (std::same_as<OutT, ZUMComplex> && std::same_as<InT, ZUMComplex>);
+
+/// The sum of all pixels: ZUMSum<ZUMLong>(image). A `long` sum is a 32-bit integer that wraps.
+template <class OutT, class InT>
+requires ZUMSumPixels<OutT, InT> ZUML_API OutT ZUMSum(const ZUMImage<InT>& image);
+
+/// The channels added up, from channel 0 on: an image of one channel over the same region, in the
+/// arithmetic of OutT. Tasks: CTaskSumChannels.
+template <class OutT, class InT>
+requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image);
+
+/// The mean, in `double`; the sum of integers behind it does not wrap. A NaN for an empty image.
+template <ZUMGreyPixel PixT>
+ZUML_API ZUMReal ZUMMean(const ZUMImage<PixT>& image);
+
+/// The standard deviation and the variance. With S the sum of the pixels and Q that of their
+/// squares, they are sqrt(max(nQ - SS, 0)) / n and (Q - SS / n) / n; rounding can take the variance
+/// below 0. A NaN for an empty image.
+///
+/// Q is a `double`. S is one for real pixels; for integer pixels it is a 32-bit integer that wraps,
+/// so that both are meaningless where the sum does not fit in it.
+template <ZUMGreyPixel PixT>
+ZUML_API ZUMReal ZUMStdDeviation(const ZUMImage<PixT>& image);
+template <ZUMGreyPixel PixT>
+ZUML_API ZUMReal ZUMVariance(const ZUMImage<PixT>& image);
