@@ -56,6 +56,13 @@
 #include "zuml/algebra/tobyte.h"
 
 // filters: convolution, smoothing, rank and edge filters
+#include "zuml/filters/accumulation.h"
+#include "zuml/filters/boxsum.h"
+#include "zuml/filters/convolution.h"
+#include "zuml/filters/convolutionex.h"
+#include "zuml/filters/corcoef.h"
+#include "zuml/filters/localstatistics.h"
+#include "zuml/filters/maskmaxvol.h"
 
 // geometry: geometric transforms and colour spaces
 

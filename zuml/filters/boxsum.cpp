@@ -1,0 +1,221 @@
+#include "zuml/filters/boxsum.h"
+
+#include "zuml/core/taskframe.h"
+#include "zuml/core/xqexception.h"
+#include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/kernelregion.h"
+#include "zuml/filters/detail/slidingsum.h"
+#include "zuml/filters/detail/weightedsum.h"
+#include "zuml/filters/detail/wholerows.h"
+
+using zuml_detail::IsRectangular;
+using zuml_detail::MakeDirectRegion;
+using zuml_detail::Terms;
+using zuml_detail::WeightOf;
+
+namespace {
+
+/// What the tasks of sums have in common.
+template <class OutT, class InT>
+class SumTask : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<OutT>* result;
+  const ZUMImage<InT>* source;
+  const Terms<WeightOf<OutT>>* all;
+};
+
+template <class OutT, class InT>
+class DirectSum : public SumTask<OutT, InT> {
+ public:
+  void Run() override {
+    zuml_detail::WriteWeightedSums(this->part, *this->result, *this->source, *this->all);
+  }
+};
+
+template <class OutT, class InT>
+class SlidingSum : public SumTask<OutT, InT> {
+ public:
+  const Terms<WeightOf<OutT>>* changes;
+
+  void Run() override {
+    zuml_detail::WriteSlidingSums(this->part, *this->result, *this->source, *this->all, *changes);
+  }
+};
+
+}  // namespace
+
+template <class OutT, class InT>
+class CTaskSum1 final : public DirectSum<OutT, InT> {};
+template <class OutT, class InT>
+class CTaskSum2 final : public DirectSum<OutT, InT> {};
+template <class OutT, class InT>
+class CTaskSumSC1 final : public SlidingSum<OutT, InT> {};
+template <class OutT, class InT>
+class CTaskSumSC2 final : public SlidingSum<OutT, InT> {};
+
+/// Sums along X, and along Y of these where the box has an extent there.
+template <class OutT, class InT>
+class CTaskSumX final : public SumTask<OutT, InT> {
+ public:
+  const ZUMRect* rect;
+  const Terms<WeightOf<OutT>>* columns;
+
+  void Run() override {
+    if constexpr (std::is_same_v<OutT, ZUMLong>) {
+      // Exact in any order.
+      zuml_detail::WriteRunningBoxSums(this->part, *this->result, *this->source, *rect);
+    } else if (columns == nullptr) {
+      zuml_detail::WriteWeightedSums(this->part, *this->result, *this->source, *this->all);
+    } else {
+      zuml_detail::WriteSumsOfSums(this->part, *this->result, *this->source, *this->all, *columns);
+    }
+  }
+};
+
+/// Sums across lines.
+template <class T>
+class CTaskSumT final : public DirectSum<T, T> {};
+
+namespace {
+
+template <class Task, class OutT, class InT>
+ZUMImage<OutT> RunSum(const ZUMImage<InT>& image, const ZUMRoDRef& rod,
+                      const Terms<WeightOf<OutT>>& all) {
+  return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+    task.source = &image;
+    task.all = &all;
+  });
+}
+
+template <class Task, class OutT, class InT>
+ZUMImage<OutT> RunSliding(const ZUMImage<InT>& image, const ZUMRoDRef& rod,
+                          const Terms<WeightOf<OutT>>& all, const Terms<WeightOf<OutT>>& changes) {
+  return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+    zuml_detail::KeepRowsWhole(task.part, rod);
+    task.source = &image;
+    task.all = &all;
+    task.changes = &changes;
+  });
+}
+
+template <class W>
+void AddTerms(Terms<W>& terms, const ZUMDisplacementArray& steps, W weight, long long shift = 0) {
+  for (const long long step : steps) terms.Add(step + shift, weight);
+}
+
+// A mask of one channel that is true all over its region.
+bool IsBox(const ZUMImage<ZUMBool>& mask, std::size_t pixels) {
+  return mask.GetCSz() == 1 && IsRectangular(mask) &&
+         static_cast<std::size_t>(mask.NPixels()) == pixels;
+}
+
+// 1 for the pixels of channel 0, -1 for those of channel 1.
+template <class W>
+Terms<W> MakeSignedTerms(const ZUMRaster& source, const ZUMImage<ZUMBool>& mask) {
+  Terms<W> terms;
+  for (int c = 0; c < mask.GetCSz(); ++c) {
+    ZUMDisplacementArray steps;
+    steps.FromNonZeroPixels(source, mask.Channel(c));
+    AddTerms(terms, steps, W(c == 0 ? 1 : -1));
+  }
+  return terms;
+}
+
+// The terms of a pass along an axis whose neighbours are `stride` pixels apart.
+template <class W>
+Terms<W> MakePass(int begin, int end, long long stride) {
+  Terms<W> terms;
+  for (long long k = begin; k <= end; ++k) terms.Add(k * stride, W(1));
+  return terms;
+}
+
+}  // namespace
+
+template <class OutT, class InT>
+requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
+                                                       const ZUMImage<ZUMBool>& mask) {
+  using W = WeightOf<OutT>;
+  const int n = mask.GetCSz();
+  if (n != 1 && n != 2) throw XQException("ZUMSum only allows a mask with one or two channels");
+  const ZUMRoDRef rod = MakeDirectRegion(image, mask);
+  const Terms<W> all = MakeSignedTerms<W>(image, mask);
+  Terms<W> changes;
+  std::size_t entering = 0;
+  for (int c = 0; c < n; ++c) {
+    ZUMDisplacementArray out;
+    out.FromNonZeroPixelsL2ROut(image, mask.Channel(c));
+    AddTerms(changes, out, W(c == 0 ? -1 : 1));
+  }
+  for (int c = 0; c < n; ++c) {
+    ZUMDisplacementArray in;
+    in.FromNonZeroPixelsL2RIn(image, mask.Channel(c));
+    AddTerms(changes, in, W(c == 0 ? 1 : -1), 1);
+    entering += in.GetLength();
+  }
+  if (all.offsets.size() <= 2 * entering) {
+    return n == 1 ? RunSum<CTaskSum1<OutT, InT>, OutT>(image, rod, all)
+                  : RunSum<CTaskSum2<OutT, InT>, OutT>(image, rod, all);
+  }
+  if constexpr (std::is_same_v<OutT, ZUMLong>) {
+    if (IsBox(mask, all.offsets.size())) return ZUMSum<OutT>(image, mask.Rect());
+  }
+  return n == 1 ? RunSliding<CTaskSumSC1<OutT, InT>, OutT>(image, rod, all, changes)
+                : RunSliding<CTaskSumSC2<OutT, InT>, OutT>(image, rod, all, changes);
+}
+
+template <class OutT, class InT>
+requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
+                                                       const ZUMRect& rect) {
+  using W = WeightOf<OutT>;
+  const ZUMBasePoint<int> b = rect.begin, e = rect.end;
+  if (b.x > e.x || b.y > e.y || b.z > e.z || b.t > e.t) {
+    throw XQException("ZUMSum: empty rectangle is not allowed");
+  }
+  const auto pass = [](int begin, int end) { return begin != 0 || end != 0; };
+  const Terms<W> x = MakePass<W>(b.x, e.x, 1);
+  const Terms<W> y = MakePass<W>(b.y, e.y, image.GetLineSz());
+  using Task = CTaskSumX<OutT, InT>;
+  const bool both = pass(b.x, e.x) && pass(b.y, e.y);
+  ZUMImage<OutT> result;
+  if (!pass(b.x, e.x) && !pass(b.y, e.y)) {
+    result = static_cast<ZUMImage<OutT>>(image);
+  } else {
+    result = RunTasks<Task, OutT>(DisplaceSides(image, -b.x, -b.y, 0, 0, -e.x, -e.y, 0, 0),
+                                  image.GetCSz(), [&](Task& task) {
+                                    task.source = &image;
+                                    task.rect = &rect;
+                                    task.all = pass(b.x, e.x) ? &x : &y;
+                                    task.columns = both ? &y : nullptr;
+                                  });
+  }
+  if (pass(b.z, e.z)) {
+    result =
+        RunSum<CTaskSumT<OutT>, OutT>(result, DisplaceSides(result, 0, 0, -b.z, 0, 0, 0, -e.z, 0),
+                                      MakePass<W>(b.z, e.z, result.GetPlaneSz()));
+  }
+  if (pass(b.t, e.t)) {
+    result =
+        RunSum<CTaskSumT<OutT>, OutT>(result, DisplaceSides(result, 0, 0, 0, -b.t, 0, 0, 0, -e.t),
+                                      MakePass<W>(b.t, e.t, result.GetFrameSz()));
+  }
+  return result;
+}
+
+template <class OutT, class InT>
+requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
+                                                       const ZUMRoDRef& rod) {
+  if (IsRectangular(rod)) return ZUMSum<OutT>(image, rod.Rect());
+  return ZUMSum<OutT>(image, ZUMImage<ZUMBool>(rod, 1, true));
+}
+
+#define ZUML_INSTANTIATE(OUT, IN)                                                             \
+  template ZUML_API ZUMImage<OUT> ZUMSum<OUT>(const ZUMImage<IN>&, const ZUMImage<ZUMBool>&); \
+  template ZUML_API ZUMImage<OUT> ZUMSum<OUT>(const ZUMImage<IN>&, const ZUMRect&);           \
+  template ZUML_API ZUMImage<OUT> ZUMSum<OUT>(const ZUMImage<IN>&, const ZUMRoDRef&);
+#define ZUML_INSTANTIATE_LONG(IN) ZUML_INSTANTIATE(ZUMLong, IN)
+ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE_LONG)
+ZUML_INSTANTIATE(ZUMReal, ZUMReal)
+ZUML_INSTANTIATE(ZUMComplex, ZUMComplex)
+#undef ZUML_INSTANTIATE_LONG
+#undef ZUML_INSTANTIATE

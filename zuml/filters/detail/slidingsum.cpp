@@ -1,0 +1,144 @@
+#include "zuml/filters/detail/slidingsum.h"
+
+#include <algorithm>
+#include <cstdint>
+
+#include "zuml/core/xqmemory.h"
+#include "zuml/core/zumsweep.h"
+#include "zuml/filters/detail/rowband.h"
+
+namespace zuml_detail {
+namespace {
+
+// Sliding is a chain of dependent additions; this many rows go side by side.
+constexpr int kRows = 8;
+
+template <class OutT>
+OutT Weigh(WeightOf<OutT> w, OutT value) {
+  return w * value;
+}
+
+// N rows of n pixels.
+template <int N, class OutT, class InT>
+void SlideRows(OutT* const* r, const InT* const* s, std::ptrdiff_t n,
+               const Terms<WeightOf<OutT>>& all, const Terms<WeightOf<OutT>>& changes) {
+  OutT sums[N] = {};
+  const auto add = [&](const Terms<WeightOf<OutT>>& terms, std::ptrdiff_t x) {
+    for (std::size_t k = 0; k < terms.offsets.size(); ++k) {
+      const std::ptrdiff_t at = x + terms.offsets[k];
+      const WeightOf<OutT> w = terms.weights[k];
+      for (int j = 0; j < N; ++j) sums[j] += Weigh<OutT>(w, s[j][at]);
+    }
+  };
+  add(all, 0);
+  for (int j = 0; j < N; ++j) r[j][0] = sums[j];
+  for (std::ptrdiff_t x = 1; x < n; ++x) {
+    add(changes, x - 1);
+    for (int j = 0; j < N; ++j) r[j][x] = sums[j];
+  }
+}
+
+// Integers may be added in any order: the changes of a whole row come first.
+template <class InT>
+void SlideIntegers(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
+                   const ZUMImage<InT>& source, const Terms<ZUMLong>& all,
+                   const Terms<ZUMLong>& changes) {
+  const ZUMRect box = part.Rect();
+  if (part.EmptyP()) return;
+  ZUMRect column = box, others = box;
+  column.end.x = column.begin.x;
+  WriteWeightedSums(ZUMRoDRef(column), result, source, all);
+  if (box.begin.x == box.end.x) return;
+  // What belongs to pixel x + 1 is computed at x, in an image that is the result moved by one.
+  others.end.x -= 1;
+  ZUMImage<ZUMLong> moved = result;
+  moved.SubMP(ZUMBasePoint<int>(1, 0, 0, 0));
+  WriteWeightedSums(ZUMRoDRef(others), moved, source, changes);
+  for (ZUMGenericSweep<1> sweep(part, result); sweep.GetStart1(); sweep.Next()) {
+    auto* r = static_cast<std::uint32_t*>(sweep.GetStart1());
+    auto* const end = static_cast<std::uint32_t*>(sweep.GetEnd1());
+    for (std::uint32_t sum = 0; r <= end; ++r) *r = sum += *r;
+  }
+}
+
+}  // namespace
+
+template <class OutT, class InT>
+void WriteSlidingSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
+                      const ZUMImage<InT>& source, const Terms<WeightOf<OutT>>& all,
+                      const Terms<WeightOf<OutT>>& changes) {
+  if constexpr (std::is_same_v<OutT, ZUMLong>) {
+    SlideIntegers(part, result, source, all, changes);
+  } else {
+    OutT* r[kRows];
+    const InT* s[kRows];
+    int rows = 0;
+    std::ptrdiff_t n = 0;
+    for (ZUMGenericSweep<2> sweep(part, result, source); sweep.GetStart1(); sweep.Next()) {
+      r[rows] = static_cast<OutT*>(sweep.GetStart1());
+      s[rows] = static_cast<const InT*>(sweep.GetStart2());
+      n = static_cast<OutT*>(sweep.GetEnd1()) - r[rows] + 1;
+      if (++rows == kRows) {
+        SlideRows<kRows>(r, s, n, all, changes);
+        rows = 0;
+      }
+    }
+    for (int j = 0; j < rows; ++j) SlideRows<1>(r + j, s + j, n, all, changes);
+  }
+}
+
+template <class InT>
+void WriteRunningBoxSums(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
+                         const ZUMImage<InT>& source, const ZUMRect& box) {
+  if (part.EmptyP()) return;
+  const std::ptrdiff_t line = source.GetLineSz();
+  const std::ptrdiff_t width = box.end.x - box.begin.x + std::ptrdiff_t{1};
+  const std::ptrdiff_t n = part.RoDXSz(), reach = n + width - 1;
+  const ScratchBlock<std::uint32_t> columns =
+      MakeScratch<std::uint32_t>(static_cast<std::size_t>(reach));
+  std::uint32_t* const c = columns.get();
+  int y = part.BeginY();
+  for (ZUMGenericSweepCoords<2> sweep(part, result, source); sweep.GetStart1(); sweep.Next()) {
+    auto* const r = static_cast<std::uint32_t*>(sweep.GetStart1());
+    const InT* const s = static_cast<const InT*>(sweep.GetStart2()) + box.begin.x;
+    y = sweep.GetY();
+    if (y == part.BeginY()) {
+      std::fill_n(c, reach, 0u);
+      for (std::ptrdiff_t dy = box.begin.y; dy <= box.end.y; ++dy) {
+        const InT* p = s + dy * line;
+        for (std::ptrdiff_t i = 0; i < reach; ++i) {
+          c[i] += static_cast<std::uint32_t>(ValueAt(p, i));
+        }
+      }
+    } else {
+      const InT* const in = s + box.end.y * line;
+      const InT* const out = s + (box.begin.y - std::ptrdiff_t{1}) * line;
+      for (std::ptrdiff_t i = 0; i < reach; ++i) {
+        c[i] += static_cast<std::uint32_t>(ValueAt(in, i)) -
+                static_cast<std::uint32_t>(ValueAt(out, i));
+      }
+    }
+    std::uint32_t sum = 0;
+    for (std::ptrdiff_t i = 0; i < width - 1; ++i) sum += c[i];
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      sum += c[i + width - 1];
+      r[i] = sum;
+      sum -= c[i];
+    }
+  }
+}
+
+#define ZUML_INSTANTIATE(OUT, IN)                                                             \
+  template void WriteSlidingSums(const ZUMRoDRef&, const ZUMImage<OUT>&, const ZUMImage<IN>&, \
+                                 const Terms<WeightOf<OUT>>&, const Terms<WeightOf<OUT>>&);
+#define ZUML_INSTANTIATE_LONG(IN)                                               \
+  ZUML_INSTANTIATE(ZUMLong, IN)                                                 \
+  template void WriteRunningBoxSums(const ZUMRoDRef&, const ZUMImage<ZUMLong>&, \
+                                    const ZUMImage<IN>&, const ZUMRect&);
+ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE_LONG)
+ZUML_INSTANTIATE(ZUMReal, ZUMReal)
+ZUML_INSTANTIATE(ZUMComplex, ZUMComplex)
+#undef ZUML_INSTANTIATE_LONG
+#undef ZUML_INSTANTIATE
+
+}  // namespace zuml_detail
