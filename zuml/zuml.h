@@ -65,6 +65,10 @@
 #include "zuml/filters/maskmaxvol.h"
 
 // geometry: geometric transforms and colour spaces
+#include "zuml/geometry/coordinates.h"
+#include "zuml/geometry/gridmoves.h"
+#include "zuml/geometry/scaling.h"
+#include "zuml/geometry/warp.h"
 
 // io: image files
 

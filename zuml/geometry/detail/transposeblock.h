@@ -1,0 +1,105 @@
+/// Transposition of blocks of memory, the inner part of ZUMTranspose and of the quarter turns.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace zuml_detail {
+
+/// What a pixel of so many bytes is moved as.
+template <std::size_t Bytes>
+struct MovedAs;
+template <>
+struct MovedAs<1> {
+  using Type = std::uint8_t;
+};
+template <>
+struct MovedAs<2> {
+  using Type = std::uint16_t;
+};
+template <>
+struct MovedAs<4> {
+  using Type = std::uint32_t;
+};
+template <>
+struct MovedAs<8> {
+  using Type = std::uint64_t;
+};
+
+/// Transposes n x n pixels, n such that a line fills 16 bytes: to[i * to_pitch + j] =
+/// from[j * from_pitch + i]. Each of the log2(n) rounds interleaves the first half of the lines
+/// with the second half, which rotates the bits of the position (line, column) by one.
+template <class W>
+inline void TransposeSquare(W* to, std::ptrdiff_t to_pitch, const W* from,
+                            std::ptrdiff_t from_pitch) {
+  constexpr int n = 16 / sizeof(W);
+  typedef W Vector __attribute__((vector_size(16)));
+  Vector lines[n], next[n];
+  for (int j = 0; j < n; ++j) std::memcpy(&lines[j], from + j * from_pitch, 16);
+  for (int round = 1; round < n; round *= 2) {
+    for (int j = 0; j < n / 2; ++j) {
+      const Vector a = lines[j], b = lines[j + n / 2];
+      if constexpr (n == 16) {
+        next[2 * j] =
+            __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
+        next[2 * j + 1] = __builtin_shufflevector(a, b, 8, 24, 9, 25, 10, 26, 11, 27, 12, 28, 13,
+                                                  29, 14, 30, 15, 31);
+      } else if constexpr (n == 8) {
+        next[2 * j] = __builtin_shufflevector(a, b, 0, 8, 1, 9, 2, 10, 3, 11);
+        next[2 * j + 1] = __builtin_shufflevector(a, b, 4, 12, 5, 13, 6, 14, 7, 15);
+      } else if constexpr (n == 4) {
+        next[2 * j] = __builtin_shufflevector(a, b, 0, 4, 1, 5);
+        next[2 * j + 1] = __builtin_shufflevector(a, b, 2, 6, 3, 7);
+      } else {
+        next[2 * j] = __builtin_shufflevector(a, b, 0, 2);
+        next[2 * j + 1] = __builtin_shufflevector(a, b, 1, 3);
+      }
+    }
+    std::memcpy(lines, next, sizeof lines);
+  }
+  for (int i = 0; i < n; ++i) std::memcpy(to + i * to_pitch, &lines[i], 16);
+}
+
+/// to[i * to_pitch + j] = from[j * row + i * column] for i below lines and j below pixels; column
+/// is 1 or -1. The walk goes in tiles whose lines stay in the cache on both sides.
+template <class P>
+void TransposeBlock(P* to, std::ptrdiff_t to_pitch, const P* from, std::ptrdiff_t row, int column,
+                    std::ptrdiff_t lines, std::ptrdiff_t pixels) {
+  const auto move_one_by_one = [&](std::ptrdiff_t i0, std::ptrdiff_t i1, std::ptrdiff_t j0,
+                                   std::ptrdiff_t j1) {
+    for (std::ptrdiff_t i = i0; i < i1; ++i) {
+      for (std::ptrdiff_t j = j0; j < j1; ++j) to[i * to_pitch + j] = from[j * row + i * column];
+    }
+  };
+  constexpr std::ptrdiff_t kTile = 64;
+  if constexpr (sizeof(P) > 8) {
+    for (std::ptrdiff_t i = 0; i < lines; i += kTile) {
+      const std::ptrdiff_t i1 = i + kTile < lines ? i + kTile : lines;
+      for (std::ptrdiff_t j = 0; j < pixels; j += kTile) {
+        move_one_by_one(i, i1, j, j + kTile < pixels ? j + kTile : pixels);
+      }
+    }
+  } else {
+    using W = typename MovedAs<sizeof(P)>::Type;
+    constexpr std::ptrdiff_t n = 16 / sizeof(P);
+    auto* to_words = reinterpret_cast<W*>(to);
+    auto* from_words = reinterpret_cast<const W*>(from);
+    const std::ptrdiff_t whole_lines = lines - lines % n, whole_pixels = pixels - pixels % n;
+    for (std::ptrdiff_t i0 = 0; i0 < whole_lines; i0 += kTile) {
+      const std::ptrdiff_t i1 = i0 + kTile < whole_lines ? i0 + kTile : whole_lines;
+      for (std::ptrdiff_t j = 0; j < whole_pixels; j += n) {
+        for (std::ptrdiff_t i = i0; i < i1; i += n) {
+          // Columns that run backwards are read as a forward square and written from its last line.
+          const W* square = from_words + j * row + (column > 0 ? i : -(i + n - 1));
+          W* target = to_words + (column > 0 ? i : i + n - 1) * to_pitch + j;
+          TransposeSquare<W>(target, column > 0 ? to_pitch : -to_pitch, square, row);
+        }
+      }
+    }
+    move_one_by_one(0, whole_lines, whole_pixels, pixels);
+    move_one_by_one(whole_lines, lines, 0, pixels);
+  }
+}
+
+}  // namespace zuml_detail

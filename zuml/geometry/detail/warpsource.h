@@ -1,0 +1,92 @@
+/// The sampling rules that all warps share.
+#pragma once
+
+#include <typeinfo>
+
+#include "zuml/core/pixelarith.h"
+#include "zuml/core/zumimage.h"
+#include "zuml/core/zumrodrect.h"
+
+namespace zuml_detail {
+
+/// Whether a position is far inside the 32-bit coordinates; false for NaN.
+inline bool IsCoordinate(double s) { return s > -2e9 && s < 2e9; }
+
+/// The nearest integer, halves away from zero. The sum rounds as a double does: the greatest number
+/// below 0.5 gives 1.
+inline int RoundCoordinate(double s) { return static_cast<int>(s >= 0 ? s + 0.5 : s - 0.5); }
+
+/// The two neighbours of a position and the weight of the second.
+struct Neighbours {
+  int first;
+  int second;
+  double weight;
+};
+
+/// Below 0 the pair lies around the position as it does above 0.
+struct PairAround {
+  static Neighbours Of(double s) {
+    const int cut = static_cast<int>(s);
+    const int first = s >= 0 ? cut : cut - 1;
+    return {first, first + 1, s - first};
+  }
+};
+
+/// Below 0 the second neighbour lies on the other side of the position cut toward zero.
+struct PairFromZero {
+  static Neighbours Of(double s) {
+    const int cut = static_cast<int>(s);
+    return {cut, s >= 0 ? cut + 1 : cut - 1, s - cut};
+  }
+};
+
+/// The value between four pixels, along X first.
+template <class P>
+P Interpolate(P p00, P p10, P p01, P p11, double fx, double fy) {
+  const double v00 = static_cast<double>(p00), v10 = static_cast<double>(p10);
+  const double v01 = static_cast<double>(p01), v11 = static_cast<double>(p11);
+  const double a = v00 + (v10 - v00) * fx;
+  const double b = v01 + (v11 - v01) * fx;
+  return ZUMTruncate<P>(a + (b - a) * fy);
+}
+
+/// The source of a warp at one Z, T and channel, tested pixel by pixel.
+template <class P>
+class WarpSource {
+ public:
+  /// `test_z` and `test_t` are the coordinates at which the region is asked. Where the region does
+  /// not reach z or t, there is no source at all.
+  WarpSource(const ZUMImage<P>& image, int z, int t, int c, int test_z, int test_t)
+      : image_(image), z_(z), t_(t), c_(c), test_z_(test_z), test_t_(test_t) {
+    const ZUMRect box = image.Rect();
+    covered_ = z >= box.begin.z && z <= box.end.z && t >= box.begin.t && t <= box.end.t;
+  }
+
+  P Nearest(double sx, double sy, P default_value) const {
+    if (!IsCoordinate(sx) || !IsCoordinate(sy)) return default_value;
+    const int x = RoundCoordinate(sx), y = RoundCoordinate(sy);
+    return Holds(x, y) ? At(x, y) : default_value;
+  }
+
+  template <class Pair>
+  P Linear(double sx, double sy, P default_value) const {
+    if (!IsCoordinate(sx) || !IsCoordinate(sy)) return default_value;
+    const Neighbours x = Pair::Of(sx), y = Pair::Of(sy);
+    if (!Holds(x.first, y.first) || !Holds(x.second, y.first) || !Holds(x.first, y.second) ||
+        !Holds(x.second, y.second)) {
+      return default_value;
+    }
+    return Interpolate(At(x.first, y.first), At(x.second, y.first), At(x.first, y.second),
+                       At(x.second, y.second), x.weight, y.weight);
+  }
+
+ private:
+  bool Holds(int x, int y) const { return covered_ && image_.InP(x, y, test_z_, test_t_); }
+  P At(int x, int y) const { return image_(x, y, z_, t_, c_); }
+
+  const ZUMImage<P>& image_;
+  int z_, t_, c_, test_z_, test_t_;
+  bool covered_;
+};
+
+}  // namespace zuml_detail
