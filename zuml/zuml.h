@@ -71,6 +71,16 @@
 #include "zuml/geometry/warp.h"
 
 // io: image files
+#include "zuml/io/eps.h"
+#include "zuml/io/finite.h"
+#include "zuml/io/jpeg.h"
+#include "zuml/io/readimage.h"
+#include "zuml/io/rwbmp.h"
+#include "zuml/io/rwpng.h"
+#include "zuml/io/textimage.h"
+#include "zuml/io/tiff.h"
+#include "zuml/io/zmg.h"
+#include "zuml/io/zumimagewriter.h"
 
 // morphology: dilation, erosion, reconstruction, area filters, thinning
 
