@@ -83,6 +83,14 @@
 #include "zuml/io/zumimagewriter.h"
 
 // morphology: dilation, erosion, reconstruction, area filters, thinning
+#include "zuml/morphology/boxmorphology.h"
+#include "zuml/morphology/colourdifference.h"
+#include "zuml/morphology/directionalmorphology.h"
+#include "zuml/morphology/geodesicdilation.h"
+#include "zuml/morphology/labelledmorphology.h"
+#include "zuml/morphology/mathmorph.h"
+#include "zuml/morphology/pixelpairs.h"
+#include "zuml/morphology/winnermorphology.h"
 
 // threshold: global and local thresholds
 

@@ -1,0 +1,348 @@
+#include "zuml/morphology/detail/boxfold.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <vector>
+
+#include "zuml/core/taskframe.h"
+#include "zuml/core/xqmemory.h"
+#include "zuml/morphology/detail/lines.h"
+
+using zuml_detail::Axis;
+using zuml_detail::FoldWindows;
+using zuml_detail::ForEachBlock;
+using zuml_detail::MakeScratch;
+using zuml_detail::ScratchBlock;
+using zuml_detail::Stored;
+using zuml_detail::StoredPixels;
+
+namespace {
+
+// Windows of up to this many lines are folded line by line.
+constexpr int kShortWindow = 5;
+
+template <class P, class Order>
+void FoldFewWindows(Stored<P>* out, const Stored<P>* in, int count, int step, int last,
+                    std::ptrdiff_t n) {
+  switch (count) {
+    case 1:
+      return FoldWindows<P, Order, 1>(out, in, step, last, n);
+    case 2:
+      return FoldWindows<P, Order, 2>(out, in, step, last, n);
+    case 3:
+      return FoldWindows<P, Order, 3>(out, in, step, last, n);
+    default:
+      return FoldWindows<P, Order, 4>(out, in, step, last, n);
+  }
+}
+
+// out[i] = the fold of in[i] to in[i + length - 1], for n pixels. The scratch lines hold
+// n + length - 1 pixels each.
+template <class P, class Order>
+void FoldAlongLine(Stored<P>* out, const Stored<P>* in, int length, std::ptrdiff_t n,
+                   Stored<P>* scratch, Stored<P>* other) {
+  int known = 1;  // the length of the windows that `in` holds
+  for (; 4 * known < length; known *= 4) {
+    FoldWindows<P, Order, 4>(scratch, in, known, 3 * known, n + length - 4 * known);
+    in = scratch;
+    std::swap(scratch, other);
+  }
+  FoldFewWindows<P, Order>(out, in, (length + known - 1) / known, known, length - known, n);
+}
+
+// out0 and out1 = the folds of lines[0] to lines[length - 1] and of lines[1] to lines[length].
+template <class P, class Order>
+void FoldTwoLines(Stored<P>* out0, Stored<P>* out1, const Stored<P>* const* lines, int length,
+                  std::ptrdiff_t n) {
+  ForEachBlock<P, 4>(n, [=]<class Block>(std::ptrdiff_t i) {
+    Block common, kept;
+    common.Load(lines[1] + i);
+    for (int k = 2; k < length; ++k) common.template Fold<Order>(lines[k] + i);
+    kept.Load(lines[0] + i);
+    kept.template Fold<Order>(common);
+    kept.Store(out0 + i);
+    common.template Fold<Order>(lines[length] + i);
+    common.Store(out1 + i);
+  });
+}
+
+// out = the fold of `count` lines.
+template <class P, class Order>
+void FoldLines(Stored<P>* out, const Stored<P>* const* lines, int count, std::ptrdiff_t n) {
+  ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
+    Block kept;
+    kept.Load(lines[0] + i);
+    for (int k = 1; k < count; ++k) kept.template Fold<Order>(lines[k] + i);
+    kept.Store(out + i);
+  });
+}
+
+// Line k of `out` = the fold of line k of `suffixes` and of lines[0] to lines[k], for `count`
+// lines.
+template <class P, class Order>
+void FoldPrefixes(Stored<P>* out, std::ptrdiff_t out_stride, const Stored<P>* suffixes,
+                  std::ptrdiff_t suffix_stride, const Stored<P>* const* lines, int count,
+                  std::ptrdiff_t n) {
+  ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
+    Block prefix, kept;
+    prefix.Load(lines[0] + i);
+    for (int k = 0;;) {
+      kept.Load(suffixes + k * suffix_stride + i);
+      kept.template Fold<Order>(prefix);
+      kept.Store(out + k * out_stride + i);
+      if (++k == count) break;
+      prefix.template Fold<Order>(lines[k] + i);
+    }
+  });
+}
+
+// Line k of `suffixes` = the fold of lines[k + 1] to lines[count - 1]; out = that of all lines.
+template <class P, class Order>
+void FoldSuffixes(Stored<P>* out, Stored<P>* suffixes, std::ptrdiff_t suffix_stride,
+                  const Stored<P>* const* lines, int count, std::ptrdiff_t n) {
+  ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
+    Block suffix;
+    suffix.Load(lines[count - 1] + i);
+    for (int k = count - 2; k >= 0; --k) {
+      suffix.Store(suffixes + k * suffix_stride + i);
+      suffix.template Fold<Order>(lines[k] + i);
+    }
+    suffix.Store(out + i);
+  });
+}
+
+// A strip of a result: `width` pixels wide, `count` lines along the axis. It asks for the source's
+// lines in their order, each folded along X.
+template <class P, class Order>
+class Strip {
+  using S = Stored<P>;
+
+ public:
+  Strip(const ZUMImage<P>& image, const ZUMRect& window, Axis axis, int most)
+      : image_(image),
+        box_(image.Rect()),
+        window_(window),
+        axis_(axis),
+        length_(window.end.*axis - window.begin.*axis + 1),
+        x_length_(window.end.x - window.begin.x + 1),
+        room_((most + 63) / 64 * 64),
+        lines_(static_cast<std::size_t>(length_ + 1)),
+        buffers_(MakeScratch<S>(static_cast<std::size_t>(room_) *
+                                static_cast<std::size_t>(2 * length_ + 2))),
+        scratch_(MakeScratch<S>(3 * static_cast<std::size_t>(room_ + x_length_))),
+        neutral_(MakeScratch<S>(static_cast<std::size_t>(room_))) {
+    std::fill_n(neutral_.get(), room_, Order::template kNeutral<S>);
+  }
+
+  // `at` is the first pixel of the strip in the result, whose lines lie `stride` apart from `out`
+  // on.
+  void Fold(S* out, std::ptrdiff_t stride, int count, const ZUMBasePoint<int>& at, int c,
+            int width) {
+    at_ = at;
+    c_ = c;
+    width_ = width;
+    if (length_ == 1) {
+      for (int k = 0; k < count; ++k, out += stride) {
+        const S* line = GetLine(k, out);
+        if (line != out) FoldWindows<P, Order, 1>(out, line, 0, 0, width_);
+      }
+    } else if (length_ <= kShortWindow) {
+      FoldShort(out, stride, count);
+    } else {
+      FoldLong(out, stride, count);
+    }
+  }
+
+ private:
+  // Line k of the source, counted from the first that the strip's first line asks for. It is
+  // computed into `to` or lies elsewhere.
+  const S* GetLine(int k, S* to) {
+    ZUMBasePoint<int> p = at_;
+    p.*axis_ += window_.begin.*axis_ + k;
+    if (p.*axis_ < box_.begin.*axis_ || p.*axis_ > box_.end.*axis_) return neutral_.get();
+    p.x += window_.begin.x;
+    const int n = width_ + x_length_ - 1;
+    const S* in;
+    S* const padded = scratch_.get() + 2 * (room_ + x_length_);
+    if (p.x < box_.begin.x || p.x + n - 1 > box_.end.x) {
+      zuml_detail::CopyPaddedLine(padded, image_, p.x, n, p, c_, Order::template kNeutral<S>);
+      in = padded;
+    } else {
+      in = StoredPixels(&image_(p, c_));
+      if (x_length_ == 1) return in;
+    }
+    FoldAlongLine<P, Order>(to, in, x_length_, width_, scratch_.get(),
+                            scratch_.get() + room_ + x_length_);
+    return to;
+  }
+
+  S* Buffer(int k) { return buffers_.get() + std::ptrdiff_t{k} * room_; }
+
+  // Two lines of the result at a time share all source lines but two.
+  void FoldShort(S* out, std::ptrdiff_t stride, int count) {
+    const int ring = length_ + 1;
+    for (int k = 0; k < length_ - 1; ++k)
+      lines_[static_cast<std::size_t>(k)] = GetLine(k, Buffer(k));
+    int k = 0;
+    const auto add = [&](int place, int line) {
+      lines_[static_cast<std::size_t>(place)] = GetLine(line, Buffer(line % ring));
+    };
+    for (; k + 1 < count; k += 2, out += 2 * stride) {
+      add(length_ - 1, k + length_ - 1);
+      add(length_, k + length_);
+      FoldTwoLines<P, Order>(out, out + stride, lines_.data(), length_, width_);
+      std::move(lines_.begin() + 2, lines_.end(), lines_.begin());
+    }
+    if (k < count) {
+      add(length_ - 1, k + length_ - 1);
+      FoldLines<P, Order>(out, lines_.data(), length_, width_);
+    }
+  }
+
+  // The source's lines form blocks of `length` lines; a window is the suffix of one block and the
+  // prefix of the next.
+  void FoldLong(S* out, std::ptrdiff_t stride, int count) {
+    S* const suffixes = Buffer(length_);
+    const int total = count + length_ - 1;
+    for (int first = 0; first < total; first += length_) {
+      const int lines = std::min(length_, total - first);
+      for (int k = 0; k < lines; ++k) {
+        lines_[static_cast<std::size_t>(k)] = GetLine(first + k, Buffer(k));
+      }
+      if (first > 0) {
+        FoldPrefixes<P, Order>(out + (first - length_ + 1) * stride, stride, suffixes, room_,
+                               lines_.data(), std::min(lines, length_ - 1), width_);
+      }
+      if (first < count) {
+        FoldSuffixes<P, Order>(out + first * stride, suffixes, room_, lines_.data(), length_,
+                               width_);
+      }
+    }
+  }
+
+  const ZUMImage<P>& image_;
+  const ZUMRect box_, window_;
+  const Axis axis_;
+  const int length_, x_length_;
+  const std::ptrdiff_t room_;  // for a line; a multiple of the cache's lines
+  std::vector<const S*> lines_;
+  ScratchBlock<S> buffers_, scratch_, neutral_;
+  ZUMBasePoint<int> at_;
+  int c_ = 0, width_ = 0;
+};
+
+// One pass: the fold along an axis, with that along X before it if the window has one.
+template <class P, class Order>
+class BoxPass : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<P>* result;
+  const ZUMImage<P>* image;
+  ZUMRect window;
+  Axis axis;
+
+  void Run() override {
+    if (part.EmptyP()) return;
+    const ZUMRect box = part.Rect();
+    const int most = std::min(part.RoDXSz(), GetStripWidth());
+    Strip<P, Order> strip(*image, window, axis, most);
+    ZUMRect heads = box;
+    heads.end.*axis = heads.begin.*axis;
+    ZUMBasePoint<int> step;
+    step.*axis = 1;
+    const std::ptrdiff_t stride = result->Displacement(step, 0);
+    zuml_detail::ForEachLine(heads, result->GetCSz(), [&](int y, int z, int t, int c) {
+      for (int x = box.begin.x; x <= box.end.x; x += most) {
+        strip.Fold(StoredPixels(&(*result)(x, y, z, t, c)), stride,
+                   box.end.*axis - box.begin.*axis + 1, ZUMBasePoint<int>(x, y, z, t), c,
+                   std::min(most, box.end.x - x + 1));
+      }
+    });
+  }
+
+ private:
+  // As wide as the first cache allows with the lines that a strip keeps: long runs are fetched and
+  // stored faster. Below a kilobyte the pixels beside a strip would weigh more.
+  int GetStripWidth() const {
+    constexpr int kKeptBytes = 32 * 1024, kLeastBytes = 1024;
+    const int length = window.end.*axis - window.begin.*axis + 1;
+    const int lines = length <= kShortWindow ? length + 1 : 2 * length;
+    return std::max(kKeptBytes / lines, kLeastBytes) / static_cast<int>(sizeof(P));
+  }
+};
+
+}  // namespace
+
+template <class P>
+class CTaskDilateXY final : public BoxPass<P, zuml_detail::Greatest> {};
+template <class P>
+class CTaskErodeXY final : public BoxPass<P, zuml_detail::Least> {};
+template <class P>
+class CTaskDilateZ final : public BoxPass<P, zuml_detail::Greatest> {};
+template <class P>
+class CTaskErodeZ final : public BoxPass<P, zuml_detail::Least> {};
+template <class P>
+class CTaskDilateT final : public BoxPass<P, zuml_detail::Greatest> {};
+template <class P>
+class CTaskErodeT final : public BoxPass<P, zuml_detail::Least> {};
+
+namespace {
+
+template <class Task, class P>
+ZUMImage<P> RunBoxPass(const ZUMImage<P>& image, const ZUMRect& box, const ZUMRect& window,
+                       Axis axis) {
+  return RunTasks<Task, P>(ZUMRoDRef(box), image.GetCSz(), [&](Task& task) {
+    task.image = &image;
+    task.window = window;
+    task.axis = axis;
+  });
+}
+
+}  // namespace
+
+namespace zuml_detail {
+
+template <class P, class Order>
+ZUMImage<P> FoldBox(const ZUMImage<P>& image, const ZUMRoDRef& rod, const ZUMRect& window) {
+  using Point = ZUMBasePoint<int>;
+  constexpr bool kDilates = std::is_same_v<Order, Greatest>;
+  using XY = std::conditional_t<kDilates, CTaskDilateXY<P>, CTaskErodeXY<P>>;
+  using Z = std::conditional_t<kDilates, CTaskDilateZ<P>, CTaskErodeZ<P>>;
+  using T = std::conditional_t<kDilates, CTaskDilateT<P>, CTaskErodeT<P>>;
+  if (rod.EmptyP()) return ZUMImage<P>(rod, image.GetCSz(), nullptr);
+
+  const auto moves = [&](Axis axis) { return window.begin.*axis != 0 || window.end.*axis != 0; };
+  // What later passes read along Z and T.
+  ZUMRect box = rod.Rect();
+  for (const Axis axis : {&Point::z, &Point::t}) {
+    box.begin.*axis = std::max(box.begin.*axis + window.begin.*axis, image.Begin().*axis);
+    box.end.*axis = std::min(box.end.*axis + window.end.*axis, image.End().*axis);
+  }
+  ZUMImage<P> folded = image;
+  if (moves(&Point::x) || moves(&Point::y) || !(moves(&Point::z) || moves(&Point::t))) {
+    folded = RunBoxPass<XY>(folded, box, window, &Point::y);
+  }
+  ZUMRect rest = window;
+  rest.begin.x = rest.end.x = 0;
+  if (moves(&Point::z)) {
+    box.begin.z = rod.BeginZ();
+    box.end.z = rod.EndZ();
+    folded = RunBoxPass<Z>(folded, box, rest, &Point::z);
+  }
+  if (moves(&Point::t)) {
+    box.begin.t = rod.BeginT();
+    box.end.t = rod.EndT();
+    folded = RunBoxPass<T>(folded, box, rest, &Point::t);
+  }
+  return folded;
+}
+
+#define ZUML_INSTANTIATE(PIX)                                                           \
+  template ZUMImage<PIX> FoldBox<PIX, Greatest>(const ZUMImage<PIX>&, const ZUMRoDRef&, \
+                                                const ZUMRect&);                        \
+  template ZUMImage<PIX> FoldBox<PIX, Least>(const ZUMImage<PIX>&, const ZUMRoDRef&,    \
+                                             const ZUMRect&);
+ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
+
+}  // namespace zuml_detail

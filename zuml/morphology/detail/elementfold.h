@@ -1,0 +1,77 @@
+/// Extrema under a structuring element given pixel by pixel.
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "zuml/core/taskframe.h"
+#include "zuml/core/zumimage.h"
+#include "zuml/morphology/detail/lanes.h"
+
+namespace zuml_detail {
+
+/// Where a source pixel lies, seen from the result's pixel that it contributes to.
+using Step = ZUMBasePoint<int>;
+
+/// p + k or p - k for the element's pixel k and the result's pixel p.
+enum class Direction { kDirect, kMirrored };
+
+inline Step Mirror(const Step& k) { return Step(-k.x, -k.y, -k.z, -k.t); }
+
+/// The steps of the element's true pixels, in sweep order.
+std::vector<Step> ListSteps(const ZUMImage<ZUMBool>& element, Direction direction);
+
+/// The region at whose points no element inside the bounds leaves `rod`.
+ZUMRoDRef ShrinkRegion(const ZUMRoDRef& rod, const ZUMRect& bounds, Direction direction);
+
+/// The least box with all steps; there is at least one.
+ZUMRect BoundsOf(const std::vector<Step>& steps);
+
+/// How a fold reads its element. Where the order of a fold plays no role, runs of steps along X are
+/// covered by at most two windows whose lengths are powers of two; the windows of each length are
+/// computed once for a tile of the image.
+struct ElementPlan {
+  struct Tap {
+    int level;  // a window of 2^level pixels, which begins at `at`
+    Step at;
+  };
+  std::vector<Tap> taps;
+  int levels = 0;                          // the greatest level
+  ZUMRect reach;                           // the bounds of the steps
+  std::vector<std::pair<int, int>> slabs;  // the Z and T of the steps
+  bool tiled = false;                      // whether tiles are copied from the image
+
+  /// `inside`: no step leaves the image.
+  ElementPlan(const std::vector<Step>& steps, bool any_order, bool inside);
+};
+
+/// The fold of a result's part. What lies outside the image contributes nothing.
+template <class P, class Order>
+class ElementFoldTask : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<P>* result;
+  const ZUMImage<P>* image;
+  const ElementPlan* plan;
+  const Stored<P>* start;  // the value that the fold begins with; null: that of the first tap
+
+  void Run() override;
+
+ private:
+  void RunLines() const;
+  void RunTiles() const;
+};
+
+/// Folds the steps in their order. With no start, no step leaves the image on `rod`.
+template <class Task, class P>
+ZUMImage<P> FoldElement(const ZUMImage<P>& image, const ZUMRoDRef& rod,
+                        const std::vector<Step>& steps, bool inside, const Stored<P>* start) {
+  const ElementPlan plan(steps, std::is_integral_v<P>, inside);
+  return RunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
+    task.image = &image;
+    task.plan = &plan;
+    task.start = start;
+  });
+}
+
+}  // namespace zuml_detail

@@ -1,0 +1,44 @@
+/// Morphology by labelled elements: the non-zero pixels of a ZUMImage<ZUMLong> are the element, and
+/// the values are their labels or levels. Mirrored and direct, plain and `Ex` are told in
+/// mathmorph.h.
+#pragma once
+
+#include "zuml/core/export.h"
+#include "zuml/core/zumimage.h"
+#include "zuml/morphology/pixelpairs.h"
+
+/// The sum over the labels 1 to the element's greatest of the maximum under each label's pixels.
+/// Mirrored. A maximum begins at 0, so that a label under which all pixels are negative counts 0.
+/// Labels below 0 are passed over. Long sums wrap.
+///
+/// Throws XQException "CTaskDilateAcum: Multichannel structuring elements are not allowed", or, for
+/// an element without a pixel other than 0, "ZUMDisplacementValueArray<PixT>::
+/// SymmetricFromNonZeroPixels Un elemento estructurante ha de tener como mínimo un pixel" without
+/// the space. Tasks: CTaskDilateSum.
+template <class OutT, ZUMWidensTo<OutT> InT>
+ZUML_API ZUMImage<OutT> ZUMDilateSum(const ZUMImage<InT>& image, const ZUMImage<ZUMLong>& element);
+
+/// The same over the source's region: at the border a label counts what it finds, or 0. An element
+/// without a pixel gives zeros. Throws XQException "CTaskDilateAcumEx: Multichannel structuring
+/// elements are not allowed". Tasks: CTaskDilateSumEx.
+template <class OutT, ZUMWidensTo<OutT> InT>
+ZUML_API ZUMImage<OutT> ZUMDilateSumEx(const ZUMImage<InT>& image,
+                                       const ZUMImage<ZUMLong>& element);
+
+/// ZUMDilateSum, pixel for pixel. Throws XQException "CTaskDilateMedian: Multichannel structuring
+/// elements are not allowed".
+template <class OutT, ZUMWidensTo<OutT> InT>
+ZUML_API ZUMImage<OutT> ZUMDilateMedian(const ZUMImage<InT>& image,
+                                        const ZUMImage<ZUMLong>& element);
+
+/// The least level of the element at which the image is false: how far an erosion by growing
+/// elements can go. Direct. Where all of the element sees true pixels, the element's greatest level
+/// plus 1, so that the result grows with the image. Runs in the caller's thread; a pixel costs the
+/// steps up to its level.
+///
+/// Throws XQException "ZUMMaxErode: Dimensions of the structuring element are not allowed" unless
+/// the element has one channel and its region holds the origin, and "ZUMDisplacementValueArray<
+/// PixT>::FromNonZeroPixels Un elemento estructurante ha de tener como mínimo un pixel" without the
+/// space.
+ZUML_API ZUMImage<ZUMLong> ZUMMaxErode(const ZUMImage<ZUMBool>& image,
+                                       const ZUMImage<ZUMLong>& element);

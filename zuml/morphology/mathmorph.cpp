@@ -1,0 +1,135 @@
+#include "zuml/morphology/mathmorph.h"
+
+#include "zuml/core/zumdisplacement.h"
+#include "zuml/morphology/detail/boxfold.h"
+#include "zuml/morphology/detail/elementfold.h"
+#include "zuml/morphology/detail/lines.h"
+#include "zuml/morphology/detail/startvalue.h"
+
+using zuml_detail::Direction;
+using zuml_detail::Greatest;
+using zuml_detail::Least;
+using zuml_detail::Step;
+using zuml_detail::Stored;
+
+template <class P>
+class CTaskDilate final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+template <class P>
+class CTaskErode final : public zuml_detail::ElementFoldTask<P, Least> {};
+template <class P>
+class CTaskDilateEx final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+template <class P>
+class CTaskErodeEx final : public zuml_detail::ElementFoldTask<P, Least> {};
+template <class P>
+class CTaskMinAddEx final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+template <class P>
+class CTaskMinSubEx final : public zuml_detail::ElementFoldTask<P, Least> {};
+
+namespace {
+
+// Whether the steps, all different, fill their bounds.
+bool BoxP(const std::vector<Step>& steps) {
+  double points = 1;
+  const ZUMRect bounds = zuml_detail::BoundsOf(steps);
+  for (const auto axis : zuml_detail::kAxes) {
+    points *= static_cast<double>(bounds.end.*axis) - bounds.begin.*axis + 1;
+  }
+  return points == static_cast<double>(steps.size());
+}
+
+template <class Task, class Order, class P>
+ZUMImage<P> FoldPlain(const char* operation, const ZUMImage<P>& image,
+                      const ZUMImage<ZUMBool>& element, Direction direction) {
+  zuml_detail::RequireSingleChannelElement(operation, element);
+  ZUMDisplacementArray offsets;
+  if (direction == Direction::kDirect) {
+    offsets.FromNonZeroPixels(image, element);
+  } else {
+    offsets.SymmetricFromNonZeroPixels(image, element);
+  }
+  const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), direction);
+  const std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
+  if constexpr (std::is_integral_v<P>) {
+    if (BoxP(steps))
+      return zuml_detail::FoldBox<P, Order>(image, rod, zuml_detail::BoundsOf(steps));
+  }
+  return zuml_detail::FoldElement<Task>(image, rod, steps, true, nullptr);
+}
+
+template <class Task, class Order, class P>
+ZUMImage<P> FoldEx(const char* operation, const ZUMImage<P>& image,
+                   const ZUMImage<ZUMBool>& element, Direction direction) {
+  zuml_detail::RequireSingleChannelElement(operation, element);
+  std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
+  if (!zuml_detail::OriginP(element)) {
+    const Stored<P> start = zuml_detail::FindStart<Order>(image);
+    return zuml_detail::FoldElement<Task>(image, image, steps, false, &start);
+  }
+  if constexpr (std::is_integral_v<P>) {
+    if (BoxP(steps)) {
+      return zuml_detail::FoldBox<P, Order>(image, image, zuml_detail::BoundsOf(steps));
+    }
+  } else {
+    steps.insert(steps.begin(), Step(0, 0));  // the pixel's own value comes first
+  }
+  return zuml_detail::FoldElement<Task>(image, image, steps, false, nullptr);
+}
+
+// The plain forms of bool images are direct throughout.
+template <class P>
+constexpr Direction kPlainDirection =
+    std::is_same_v<P, ZUMBool> ? Direction::kDirect : Direction::kMirrored;
+
+}  // namespace
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMDilate(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldPlain<CTaskDilate<P>, Greatest>("ZUMDilate", image, element, kPlainDirection<P>);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMErode(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldPlain<CTaskErode<P>, Least>("ZUMErode", image, element, kPlainDirection<P>);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMMinAdd(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldPlain<CTaskDilate<P>, Greatest>("ZUMMinAdd", image, element, Direction::kDirect);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMMinSub(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldPlain<CTaskErode<P>, Least>("ZUMMinSub", image, element, Direction::kDirect);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMDilateEx(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldEx<CTaskDilateEx<P>, Greatest>("ZUMDilateEx", image, element, Direction::kMirrored);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMErodeEx(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldEx<CTaskErodeEx<P>, Least>("ZUMErodeEx", image, element, Direction::kMirrored);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMMinAddEx(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldEx<CTaskMinAddEx<P>, Greatest>("ZUMMinAddEx", image, element, Direction::kDirect);
+}
+
+template <ZUMScalarPixel P>
+ZUMImage<P> ZUMMinSubEx(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
+  return FoldEx<CTaskMinSubEx<P>, Least>("ZUMMinSubEx", image, element, Direction::kDirect);
+}
+
+#define ZUML_INSTANTIATE(PIX)                                                                  \
+  template ZUML_API ZUMImage<PIX> ZUMDilate(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);   \
+  template ZUML_API ZUMImage<PIX> ZUMErode(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);    \
+  template ZUML_API ZUMImage<PIX> ZUMMinAdd(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);   \
+  template ZUML_API ZUMImage<PIX> ZUMMinSub(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);   \
+  template ZUML_API ZUMImage<PIX> ZUMDilateEx(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&); \
+  template ZUML_API ZUMImage<PIX> ZUMErodeEx(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);  \
+  template ZUML_API ZUMImage<PIX> ZUMMinAddEx(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&); \
+  template ZUML_API ZUMImage<PIX> ZUMMinSubEx(const ZUMImage<PIX>&, const ZUMImage<ZUMBool>&);
+ZUML_SCALAR_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
