@@ -93,5 +93,9 @@
 #include "zuml/morphology/winnermorphology.h"
 
 // threshold: global and local thresholds
+#include "zuml/threshold/histogramthresholds.h"
+#include "zuml/threshold/otsu.h"
+#include "zuml/threshold/sigmoid.h"
+#include "zuml/threshold/thresholding.h"
 
 // regions: labelling, measurement, blobs, contours, distance maps, skeletons

@@ -1,0 +1,325 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+#include "tests/support/testimages.h"
+#include "zuml/algebra/histogram.h"
+#include "zuml/core/pixelarith.h"
+#include "zuml/threshold/histogramthresholds.h"
+#include "zuml/threshold/otsu.h"
+#include "zuml/threshold/sigmoid.h"
+#include "zuml/threshold/thresholding.h"
+
+namespace {
+
+using namespace zuml_test;
+
+// A histogram that begins anywhere; its image has more around it.
+ZUMImage<ZUMLong> MakeHistogram(int begin, const std::vector<ZUMLong>& counts) {
+  const int end = begin + static_cast<int>(counts.size()) - 1;
+  const ZUMImage<ZUMLong> larger(ZUMRect(begin - 2, -1, 0, 0, end + 3, 1, 0, 0), 2, 12345);
+  ZUMImage<ZUMLong> histogram = larger.Channel(1).Cut(ZUMRect(begin, 0, 0, 0, end, 0, 0, 0));
+  histogram.SetPixels(counts.data());
+  return histogram;
+}
+
+ZUMImage<ZUMLong> MakeRandomHistogram(Random& random) {
+  std::vector<ZUMLong> counts(static_cast<std::size_t>(random.Int(1, 24)));
+  const int kind = random.Int(0, 2);
+  for (ZUMLong& count : counts) {
+    // Many zeros and equal counts, for the ties; some counts whose moments pass 32 bits.
+    count = kind == 0 ? random.Int(0, 3) : kind == 1 ? random.Int(0, 500) : random.Int(0, 1) * 7;
+    if (kind == 1 && random.Int(0, 9) == 0) count = 300000000;
+  }
+  return MakeHistogram(random.Int(-9, 30), counts);
+}
+
+double Moment(const ZUMImage<ZUMLong>& h, int i) { return ZUMWrapMul<ZUMLong>(i, h(i)); }
+
+struct Part {
+  double n = 0, s = 0, q = 0, peak = 0;
+};
+
+// The bins first to last, summed anew.
+Part Sum(const ZUMImage<ZUMLong>& h, int first, int last) {
+  Part part;
+  for (int i = first; i <= last; ++i) {
+    part.n += h(i);
+    part.s += Moment(h, i);
+    part.q += static_cast<double>(i) * i * h(i);
+    part.peak = std::max(part.peak, static_cast<double>(h(i)));
+  }
+  return part;
+}
+
+// The first bin from `first` to `last` with the greatest criterion above `least`; NaN is none.
+template <class Criterion>
+int FirstGreatest(int first, int last, double least, Criterion criterion) {
+  int best = 0;
+  for (int t = first; t <= last; ++t) {
+    const double v = criterion(t);
+    if (v > least) {
+      least = v;
+      best = t;
+    }
+  }
+  return best;
+}
+
+TEST(HistogramThresholds, AgreeWithTheirCriteriaBinByBin) {
+  Random random(21);
+  constexpr double kLeast = -std::numeric_limits<double>::max();
+  for (int round = 0; round < 4000; ++round) {
+    const ZUMImage<ZUMLong> h = MakeRandomHistogram(random);
+    const int begin = h.BeginX(), end = h.EndX();
+    const auto otsu = [&](int t) {
+      const Part a = Sum(h, begin, t - 1), b = Sum(h, t, end);
+      if (a.n == 0 || b.n == 0) return 0.0;
+      const double d = b.s / b.n - a.s / a.n;
+      return a.n * b.n * (d * d);
+    };
+    ASSERT_EQ(ZUMHistogramOtsu(h), FirstGreatest(begin, end, 0, otsu)) << round;
+    ASSERT_EQ(ZUMHistogramValleyOtsu(h), FirstGreatest(begin, end, 0, [&](int t) {
+                return otsu(t) * (Sum(h, begin, end).n - h(t));
+              }));
+    const auto deviation = [](const Part& p) {
+      return std::sqrt(std::max(p.n * p.q - p.s * p.s, 0.0)) / p.n;
+    };
+    ASSERT_EQ(ZUMHistogramMinVarianceThr(h),
+              FirstGreatest(begin, end - 1, kLeast,
+                            [&](int t) {
+                              return -(deviation(Sum(h, begin, t - 1)) + deviation(Sum(h, t, end)));
+                            }))
+        << round;
+    ASSERT_EQ(ZUMHistogramValleyMinSumThr(h), FirstGreatest(begin + 1, end, kLeast, [&](int t) {
+                double low = 0, high = 0;
+                for (int i = begin; i < t; ++i) low += std::max(h(i) - h(t), 0);
+                for (int i = t + 1; i < end; ++i) high += std::max(h(i) - h(t), 0);
+                return std::min(low, high);
+              }));
+    double depth = 0, distance = kLeast;
+    int valley = 0;
+    for (int t = begin + 1; t < end; ++t) {
+      const Part a = Sum(h, begin, t - 1), b = Sum(h, t, end - 1);
+      if (a.n == 0 || b.n == 0) continue;
+      const double d = std::min(a.peak, b.peak) - h(t);
+      const double v = std::min(t - a.s / a.n, b.s / b.n - t);
+      if (d > depth || (d == depth && v > distance)) {
+        depth = d;
+        distance = v;
+        valley = t;
+      }
+    }
+    ASSERT_EQ(ZUMHistogramValleyThr(h), valley);
+  }
+}
+
+TEST(HistogramThresholds, WorkedByHand) {
+  // Two equal peaks: every bin between them splits as well as the first behind the lower peak.
+  EXPECT_EQ(ZUMHistogramOtsu(MakeHistogram(10, {0, 5, 0, 0, 0, 5, 0})), 12);
+  EXPECT_EQ(ZUMHistogramOtsu(MakeHistogram(10, {0, 0, 9, 0})), 0);
+  EXPECT_EQ(ZUMHistogramOtsu(ZUMNullImageLong()), 0);
+  // The two deep valleys at 3 and 7 are equal; 7 is further from the nearer mean.
+  EXPECT_EQ(ZUMHistogramValleyThr(MakeHistogram(0, {0, 9, 9, 1, 5, 5, 4, 1, 0, 0, 9, 9, 0})), 8);
+  EXPECT_EQ(ZUMHistogramValleyThr(MakeHistogram(0, {1, 2, 3, 4, 5})), 0);
+  // A count whose moment passes 32 bits: 8 * 300000000 wraps to -1894967296.
+  EXPECT_EQ(ZUMHistogramOtsu(MakeHistogram(7, {1, 300000000})), 8);
+}
+
+TEST(Thresholds, OtsuOnImagesConvertsTheBinBack) {
+  Random random(22);
+  for (const Layout layout : kLayouts) {
+    const auto bytes =
+        MakeRandomImage<ZUMByte>(random, ZUMRect(-3, 2, 0, 0, 30, 25, 0, 0), 2, layout);
+    const int bin = ZUMHistogramOtsu(ZUMHistogram(bytes, 16, 20, 200));
+    EXPECT_EQ(ZUMOtsu(bytes, 16, 20, 200), 180 * bin / 15 + 20);
+    EXPECT_EQ(ZUMOtsu(bytes, 0, 1, 0), ZUMHistogramOtsu(ZUMHistogram(bytes, 0, 0, 255)));
+    EXPECT_EQ(ZUMValleyOtsu(bytes, 0, 1, 0),
+              ZUMHistogramValleyOtsu(ZUMHistogram(bytes, 0, 0, 255)));
+    const ZUMImage<ZUMReal> reals = bytes;
+    const int real_bin = ZUMHistogramOtsu(ZUMHistogram(reals, 10, 0, 99.5));
+    EXPECT_EQ(ZUMOtsu(reals, 10, 0, 99.5), 99.5 * real_bin / 9 + 0);
+    const ZUMArray<ZUMReal> three = ZUMTrimodalOtsu(reals, 10, 0, 99.5);
+    const ZUMArray<ZUMLong> bins = ZUMHistogramTrimodalOtsu(ZUMHistogram(reals, 10, 0, 99.5));
+    EXPECT_EQ(three.GetLength(), 2u);
+    for (int k = 0; k < 2; ++k) EXPECT_EQ(three[k], 99.5 * bins[k] / 9 + 0);
+    EXPECT_EQ(ZUMOtsu(bytes, 1, 30, 60), 30);
+  }
+  // With an empty range, the bytes are counted over 0 to 255 and converted over what occurs.
+  const ZUMByte pixels[] = {100, 100, 120, 120};
+  const ZUMImage<ZUMByte> two(ZUMRect(0, 0, 0, 0, 3, 0, 0, 0), 1, pixels);
+  const int bin = ZUMHistogramOtsu(ZUMHistogram(two, 10, 1, 0));
+  EXPECT_EQ(ZUMOtsu(two, 10, 1, 0), 20 * bin / 9 + 100);
+  // A range and a bin whose product passes 32 bits.
+  const ZUMLong wide[] = {-1000000000, -1000000000, 1000000000, 1000000000};
+  const ZUMImage<ZUMLong> longs(ZUMRect(0, 0, 0, 0, 3, 0, 0, 0), 1, wide);
+  const ZUMLong threshold = ZUMOtsu(longs, 101, -1000000000, 1000000000);
+  EXPECT_GT(threshold, -1000000000);
+  EXPECT_LT(threshold, 1000000000);
+}
+
+TEST(Thresholds, ThreeClasses) {
+  Random random(23);
+  for (int round = 0; round < 300; ++round) {
+    const ZUMImage<ZUMLong> h = MakeRandomHistogram(random);
+    const ZUMArray<ZUMLong> found = ZUMHistogramTrimodalOtsu(h);
+    // The sums run in another order here, so the criterion is compared, not the bins.
+    const double n = Sum(h, h.BeginX(), h.EndX()).n;
+    if (n == 0 || n > 1e6) continue;
+    double mean = 0;
+    for (int i = h.BeginX(); i <= h.EndX(); ++i) mean += i * (h(i) / n);
+    const auto criterion = [&](int t1, int t2) {
+      double v = 0;
+      for (const auto& [first, last] :
+           {std::pair(h.BeginX(), t1 - 1), std::pair(t1, t2 - 1), std::pair(t2, h.EndX())}) {
+        const Part part = Sum(h, first, last);
+        if (part.n == 0) return 0.0;
+        v += part.n / n * std::pow(mean - part.s / part.n, 2);
+      }
+      return v;
+    };
+    double best = 0;
+    for (int t1 = h.BeginX(); t1 < h.EndX(); ++t1) {
+      for (int t2 = t1; t2 < h.EndX(); ++t2) best = std::max(best, criterion(t1, t2));
+    }
+    if (best == 0) continue;
+    EXPECT_NEAR(criterion(found[0], found[1]), best, 1e-9 * best) << round;
+  }
+  const ZUMArray<ZUMLong> split = ZUMHistogramTrimodalOtsu(MakeHistogram(5, {3, 0, 3, 0, 3, 0}));
+  EXPECT_EQ(split[0], 6);
+  EXPECT_EQ(split[1], 8);
+  const ZUMArray<ZUMLong> none = ZUMHistogramTrimodalOtsu(MakeHistogram(5, {3, 0, 3, 0}));
+  EXPECT_EQ(none[0], 0);
+  EXPECT_EQ(none[1], 0);
+}
+
+TEST(Thresholds, PixelOtsuTakesAPixelsValue) {
+  const double values[] = {9, 1, 2, 8, 1.5, 9};
+  const ZUMImage<ZUMReal> image(ZUMRect(-1, 4, 0, 0, 1, 5, 0, 0), 1, values);
+  EXPECT_EQ(ZUMPixelOtsu(image), 8);
+  // The split with the greatest criterion falls inside the run of equal values.
+  const ZUMByte equal[] = {5, 5, 5, 5};
+  EXPECT_EQ(ZUMPixelOtsu(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 3, 0, 0, 0), 1, equal)), 0);
+  EXPECT_EQ(ZUMPixelOtsu(ZUMNullImageShort()), 0);
+  EXPECT_EQ(MessageOf([] {
+              ZUMPixelOtsu(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 3, 0, 0, 0), 2, ZUMByte(1)));
+            }),
+            "ZUMPixelOtsu does not allow multichannel images");
+  Random random(24);
+  const auto shorts =
+      MakeRandomImage<ZUMShort>(random, ZUMRect(0, 0, 0, 0, 12, 9, 0, 0), 1, Layout::kFramed);
+  std::vector<double> sorted;
+  ForEachPoint(shorts, 1, [&](int x, int y, int, int, int) { sorted.push_back(shorts(x, y)); });
+  std::sort(sorted.begin(), sorted.end());
+  double best = 0, threshold = 0;
+  for (std::size_t k = 1; k < sorted.size(); ++k) {
+    double low = 0, high = 0;
+    for (std::size_t i = 0; i < sorted.size(); ++i) (i < k ? low : high) += sorted[i];
+    const double n0 = static_cast<double>(k), n1 = static_cast<double>(sorted.size() - k);
+    const double d = high / n1 - low / n0, v = n0 * n1 * (d * d);
+    if (v > best) {
+      best = v;
+      threshold = sorted[k];
+    }
+  }
+  EXPECT_EQ(ZUMPixelOtsu(shorts), threshold);
+}
+
+TEST(Thresholds, ByteFormsSeeAll256Bins) {
+  Random random(25);
+  const auto image =
+      MakeRandomImage<ZUMByte>(random, ZUMRect(0, 0, 0, 0, 40, 30, 0, 0), 1, Layout::kCut);
+  const ZUMImage<ZUMLong> h = ZUMHistogram(image, 0, 0, 255);
+  EXPECT_EQ(ZUMMinVarianceThr(image), ZUMHistogramMinVarianceThr(h));
+  EXPECT_EQ(ZUMValleyMinSumThr(image), ZUMHistogramValleyMinSumThr(h));
+  EXPECT_EQ(ZUMValleyThr(image), ZUMHistogramValleyThr(h));
+}
+
+TEST(Thresholds, ParametricValleyWeighsMinima) {
+  // Counts by value: minima at 50 (deep), at the plateau 100-102 and at 200; a slope at 150-151
+  // that only rests on its way down.
+  std::vector<ZUMByte> pixels;
+  const auto put = [&](int value, int count) { pixels.insert(pixels.end(), count, value); };
+  for (int v = 0; v < 256; ++v) {
+    put(v, v == 50 ? 1 : v >= 100 && v <= 102 ? 5 : v == 150 || v == 151 ? 8 : v > 151 ? 7 : 10);
+  }
+  const ZUMImage<ZUMByte> image(ZUMRect(0, 0, 0, 0, static_cast<int>(pixels.size()) - 1, 0, 0, 0),
+                                1, pixels.data());
+  EXPECT_EQ(ZUMValleyParametricThr(image, 0, 1, 0), 50);
+  // The moments prefer low thresholds; balance the minimum nearest to the middle of the pixels.
+  EXPECT_EQ(ZUMValleyParametricThr(image, 1, 0, 0), 50);
+  EXPECT_EQ(ZUMValleyParametricThr(image, 0, 0, 1), 102);
+  // A histogram that never falls has no minimum.
+  const ZUMByte rising[] = {255, 255, 255};
+  EXPECT_EQ(ZUMValleyParametricThr(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 2, 0, 0, 0), 1, rising), 1,
+                                   1, 1),
+            0);
+}
+
+TEST(Thresholds, LowGaussianFitsTheLowEnd) {
+  std::vector<ZUMLong> counts;
+  for (int i = 0; i < 60; ++i) {
+    counts.push_back(static_cast<ZUMLong>(100000 * std::exp(-(i - 15) * (i - 15) / 32.0)) +
+                     (i > 40 ? 30000 : 0));
+  }
+  const ZUMArray<ZUMReal> fit = ZUMHistogramLowGaussianThr(MakeHistogram(0, counts));
+  ASSERT_EQ(fit.GetLength(), 3u);
+  EXPECT_NEAR(fit[0], 15, 0.01);
+  EXPECT_NEAR(fit[1], 4, 0.01);
+  EXPECT_GT(fit[2], 25);
+  EXPECT_LE(fit[2], 40);
+  // Bins below 6 are no candidates, and one bin has no deviation.
+  for (const auto& counts_without :
+       {std::vector<ZUMLong>{1, 2, 3, 2, 1, 0}, std::vector<ZUMLong>{0, 0, 0, 0, 0, 0, 0, 5, 0}}) {
+    const ZUMArray<ZUMReal> none = ZUMHistogramLowGaussianThr(MakeHistogram(0, counts_without));
+    for (int k = 0; k < 3; ++k) EXPECT_EQ(none[k], 0);
+  }
+}
+
+template <class P>
+class Thresholding : public testing::Test {};
+using GreyTypes = testing::Types<ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
+TYPED_TEST_SUITE(Thresholding, GreyTypes);
+
+TYPED_TEST(Thresholding, IncludesItsBounds) {
+  using P = TypeParam;
+  Random random(26);
+  for (const Layout layout : kLayouts) {
+    const auto image = MakeRandomImage<P>(random, ZUMRect(-4, -3, 0, -1, 20, 9, 1, 0), 2, layout);
+    const P low = image(3, 3, 0, 0, 1), high = image(5, 2, 0, 0, 0);
+    const auto by_point = [&](auto f) {
+      return MakeByPoint<ZUMBool>(
+          image, 2, [&](int x, int y, int z, int t, int c) { return f(image(x, y, z, t, c)); });
+    };
+    EXPECT_TRUE(SameImage(ZUMThr(image, low), by_point([&](P p) { return p >= low; })));
+    EXPECT_TRUE(SameImage(ZUMDblThr(image, low, high),
+                          by_point([&](P p) { return p >= low && p <= high; })));
+  }
+}
+
+TEST(Thresholding, PassesOverNaN) {
+  const double values[] = {std::numeric_limits<double>::quiet_NaN(), 1, 2};
+  const ZUMImage<ZUMReal> image(ZUMRect(0, 0, 0, 0, 2, 0, 0, 0), 1, values);
+  EXPECT_FALSE(ZUMThr(image, -1e300)(0));
+  EXPECT_FALSE(ZUMDblThr(image, -1e300, 1e300)(0));
+}
+
+TEST(Sigmoid, LineAndDirection) {
+  const ZUMImage<ZUMReal> line = ZUMSigmoidX(2, 0.25, 1.5, -3, 6);
+  EXPECT_EQ(line.Rect(), ZUMRect(-3, 0, 0, 0, 6, 0, 0, 0));
+  EXPECT_EQ(line(2), 0.75);
+  EXPECT_DOUBLE_EQ(line(4), 1 / (std::exp(-3.0) + 1) + 0.25);
+  // A quarter turn: the curve runs along Y, three pixels wide.
+  const ZUMImage<ZUMReal> turned = ZUMSigmoidX(2, 0.25, 1.5, std::acos(-1.0) / 2, 1.5, -3, 6);
+  EXPECT_EQ(turned.Rect(), ZUMRect(-6, -6, 0, 0, 6, 6, 0, 0));
+  for (const int across : {-1, 0, 1}) EXPECT_NEAR(turned(across, 4), line(4), 1e-12);
+  EXPECT_EQ(turned(2, 4), 0);
+  EXPECT_EQ(turned(0, -4), 0);
+  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 3, 2); }), "ZUMSigmoidX: x0 greater than x1");
+  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 0, 1, 3, 2); }), "ZUMSigmoidX: x0 greater than x1");
+}
+
+}  // namespace
