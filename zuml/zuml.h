@@ -99,3 +99,14 @@
 #include "zuml/threshold/thresholding.h"
 
 // regions: labelling, measurement, blobs, contours, distance maps, skeletons
+#include "zuml/regions/areafilters.h"
+#include "zuml/regions/feret.h"
+#include "zuml/regions/filling.h"
+#include "zuml/regions/labelcolor.h"
+#include "zuml/regions/labelling.h"
+#include "zuml/regions/medidas.h"
+#include "zuml/regions/neighbours.h"
+#include "zuml/regions/regionmoments.h"
+#include "zuml/regions/regionshape.h"
+#include "zuml/regions/singleregion.h"
+#include "zuml/regions/zones.h"
