@@ -1,0 +1,209 @@
+// The command-line program from outside: what it prints, writes, and ends with.
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "zuml/algebra/comparison.h"
+#include "zuml/io/rwpng.h"
+#include "zuml/io/zmg.h"
+#include "zuml/regions/medidas.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+std::string ReadText(const fs::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Runs commands in a folder of its own, which goes with the test.
+class Program : public testing::Test {
+ protected:
+  Program() {
+    char name[] = "/tmp/zuml_program_XXXXXX";
+    folder_ = mkdtemp(name);
+  }
+  ~Program() override { fs::remove_all(folder_); }
+
+  struct Outcome {
+    int status;
+    std::string out, err;
+  };
+
+  Outcome Run(const std::string& command) const {
+    const std::string line =
+        "cd '" + folder_.string() + "' && " + command + " > out.txt 2> err.txt";
+    const int status = std::system(line.c_str());
+    return {WEXITSTATUS(status), ReadText(folder_ / "out.txt"), ReadText(folder_ / "err.txt")};
+  }
+  Outcome Zuml(const std::string& arguments) const {
+    return Run(std::string(ZUML_PROGRAM) + " " + arguments);
+  }
+  void Write(const std::string& name, const std::string& text) const {
+    std::ofstream(folder_ / name, std::ios::binary) << text;
+  }
+  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+
+  // The rows of a table with commas, without its head.
+  std::vector<std::vector<std::string>> ReadTable(const std::string& name) const {
+    std::vector<std::vector<std::string>> rows;
+    std::istringstream text(ReadText(folder_ / name));
+    std::string line, cell;
+    std::getline(text, line);
+    while (std::getline(text, line)) {
+      std::istringstream cells(line);
+      rows.emplace_back();
+      while (std::getline(cells, cell, ',')) rows.back().push_back(cell);
+    }
+    return rows;
+  }
+
+  fs::path folder_;
+};
+
+TEST_F(Program, MeasuresTheSampleAsItWasDrawn) {
+  ASSERT_EQ(Run(std::string(ZUML_MAKE_PARTS) + " parts.png truth.csv").status, 0);
+  const Outcome run = Zuml(
+      "measure parts.png --min-area 50 --table table.csv --labels labels.zmg --overlay over.png");
+  ASSERT_EQ(run.status, 0) << run.err;
+  EXPECT_EQ(run.err, "");
+  EXPECT_NE(run.out.find("14 parts"), std::string::npos) << run.out;
+
+  // Pieces that touch are one part; noise and the falling light move edges by a fraction of a
+  // pixel.
+  std::map<std::string, double> areas;
+  std::map<std::string, std::vector<double>> places;
+  for (const auto& row : ReadTable("truth.csv")) {
+    areas[row[0]] += std::stod(row[4]);
+    places[row[0]] = {std::stod(row[2]), std::stod(row[3])};
+  }
+  const auto table = ReadTable("table.csv");
+  const ZUMImage<ZUMLong> labels = ZUMReadZMG(Path("labels.zmg").c_str());
+  ASSERT_EQ(table.size(), areas.size());
+  for (const auto& [group, area] : areas) {
+    int found = 0;
+    for (const auto& row : table) {
+      // The part that holds the piece's place, or has it in its hole.
+      const double x = places[group][0] - std::stod(row[2]),
+                   y = places[group][1] - std::stod(row[3]);
+      if (x < 0 || y < 0 || x >= std::stod(row[4]) || y >= std::stod(row[5])) continue;
+      ++found;
+      EXPECT_NEAR(std::stod(row[1]), area, 0.05 * area + 10) << "group " << group;
+      EXPECT_EQ(ZUMRegionArea(ZUMPointEqual(labels, std::stoi(row[0]))), std::stoi(row[1]));
+      EXPECT_LE(std::stod(row[10]), std::stod(row[11]));
+    }
+    EXPECT_EQ(found, 1) << "group " << group;
+  }
+  const ZUMImage<ZUMByte> overlay = ZUMReadPNG(Path("over.png").c_str());
+  EXPECT_EQ(overlay.GetCSz(), 3);
+  EXPECT_EQ(overlay.Rect(), labels.Rect());
+}
+
+TEST_F(Program, OptionsChooseWhatIsAPart) {
+  // A dark ring and two dark pixels that touch at a corner, on white; red only in the ring.
+  const ZUMImage<ZUMByte> image(ZUMRect(0, 0, 0, 0, 19, 9, 0, 0), 3, 250);
+  image.Cut(ZUMRect(1, 1, 0, 0, 7, 7, 0, 0)).SetPixels(20);
+  image.Cut(ZUMRect(3, 3, 0, 0, 5, 5, 0, 0)).SetPixels(250);
+  image.Channel(0).Cut(ZUMRect(1, 1, 0, 0, 7, 7, 0, 0)).SetPixels(250);
+  for (int c = 0; c < 3; ++c) image(12, 4, 0, 0, c) = image(13, 5, 0, 0, c) = 20;
+  ZUMWritePNG(image, Path("ring.png").c_str());
+  const struct {
+    const char* options;
+    const char* first_line;
+    const char* largest;
+  } cases[] = {
+      {"--dark --threshold 128", "2 parts", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --fill", "2 parts", " 49  1,1 7x7"},
+      {"--dark --threshold 128 --connectivity 4", "3 parts", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --min-area 3", "1 part\n", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --max-area 39", "1 part\n", " 2  12,4 2x2"},
+      {"--dark --channel 0", "1 part\n", " 2  12,4 2x2"},
+      {"--dark --threshold 128 --connectivity 4 --min-area 0 --max-area 1", "2 parts",
+       " 1  12,4 1x1"},
+      {"--threshold min-variance --channel 1", "2 parts", " 149  0,0 20x10"},
+      {"--threshold 251", "0 parts", ""},
+  };
+  for (const auto& c : cases) {
+    const Outcome run = Zuml(std::string("measure ring.png ") + c.options);
+    EXPECT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find(c.first_line), std::string::npos) << c.options << "\n" << run.out;
+    EXPECT_NE(run.out.find(c.largest), std::string::npos) << c.options << "\n" << run.out;
+  }
+}
+
+TEST_F(Program, TellsWhatIsWrongAndWhatWouldBeRight) {
+  Write("text.png", "this is a text\n");
+  Write("empty.png", "");
+  Write("notes.txt", "text");
+  ZUMWriteZMG(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 3, 3, 0, 0), 4, ZUMByte(1)),
+              Path("four.zmg").c_str(), false);
+  ZUMWriteZMG(ZUMImage<ZUMReal>(ZUMRect(0, 0, 0, 0, 3, 3, 0, 0), 1, 1.5), Path("real.zmg").c_str(),
+              false);
+  ZUMWritePNG(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 3, 3, 0, 0), 1, ZUMByte(1)),
+              Path("grey.png").c_str());
+  const struct {
+    const char* call;
+    int status;
+    const char* error;
+  } cases[] = {
+      {"measure missing.png", 1, "there is no such file"},
+      {"measure .", 1, "it is a folder"},
+      {"measure text.png", 1, "is it really a picture in the format of its extension?"},
+      {"measure empty.png", 1, "the file is empty"},
+      {"measure notes.txt", 1, "pictures end in .zmg, .bmp"},
+      {"measure four.zmg", 1, "it has 4 channels; 1 (grey) or 3 (colour) would be right"},
+      {"measure real.zmg", 1, "it holds double pixels"},
+      {"measure grey.png --channel 2", 1, "--channel is to be gray or 0"},
+      {"measure grey.png --labels out.png", 1, "labels go to .zmg files"},
+      {"measure grey.png --overlay nowhere/out.png", 1, "cannot write 'nowhere/out.png'"},
+      {"measure grey.png --table nowhere/out.csv", 1, "cannot write 'nowhere/out.csv'"},
+      {"convert real.zmg out.png", 1, "holds double pixels and .png files hold bytes"},
+      {"convert grey.png out.gif", 1, "its extension is to be"},
+      {"measure grey.png --threshold 256", 2, "a grey level from 0 to 255"},
+      {"measure grey.png --threshold otsu2", 2, "is none of otsu, valley, min-variance"},
+      {"measure grey.png --connectivity 6", 2, "--connectivity"},
+      {"measure grey.png --min-area 9 --max-area 8", 2, "is above --max-area"},
+      {"measure grey.png --min-area -1", 2, "--min-area"},
+      {"measure", 2, "IMAGE"},
+      {"", 2, "subcommand"},
+  };
+  for (const auto& c : cases) {
+    const Outcome run = Zuml(c.call);
+    EXPECT_EQ(run.status, c.status) << c.call;
+    EXPECT_NE(run.err.find(c.error), std::string::npos) << c.call << "\n" << run.err;
+  }
+  EXPECT_EQ(Zuml("measure missing.png").out, "");
+  const Outcome help = Zuml("measure --help");
+  EXPECT_EQ(help.status, 0);
+  EXPECT_NE(help.out.find("--threshold"), std::string::npos);
+}
+
+TEST_F(Program, InfoAndConvert) {
+  const ZUMImage<ZUMShort> image(ZUMRect(-3, 2, 0, 0, 4, 6, 0, 0), 1, -7);
+  image(0, 3) = 900;
+  ZUMWriteZMG(image, Path("a.zmg").c_str(), false);
+  const Outcome info = Zuml("info a.zmg");
+  EXPECT_EQ(info.status, 0) << info.err;
+  for (const char* text :
+       {"short, 1 channel", "(-3, 2, 0, 0) to (4, 6, 0, 0)", "8 x 5", "-7 to 900"}) {
+    EXPECT_NE(info.out.find(text), std::string::npos) << info.out;
+  }
+  ASSERT_EQ(Zuml("convert a.zmg a.tif").status, 0);
+  ASSERT_EQ(Zuml("convert a.tif b.zmg").status, 0);
+  const ZUMImage<ZUMShort> back = ZUMReadZMG(Path("b.zmg").c_str());
+  EXPECT_EQ(back.Rect(), ZUMRect(0, 0, 0, 0, 7, 4, 0, 0));
+  EXPECT_EQ(back(3, 1), 900);
+}
+
+}  // namespace
