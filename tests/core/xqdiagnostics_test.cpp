@@ -35,17 +35,16 @@ TEST(XQDiagnostics, GoToStandardOutputUnlessRedirected) {
 }
 
 TEST(XQDiagnostics, AnOutputMayThrowReportAndReplaceItself) {
-  const CaptureDiagnostics standard;  // is back in its place at the end
-  std::string collected;
-  XQSetDiagnosticOutput([&collected](const char* text) {
-    const std::string mark = "!";
-    XQSetDiagnosticOutput([&collected](const char* more) { collected += more; });
-    XQDiagnosticF("[%s]", (text + mark).c_str());
-    throw std::runtime_error("lost");
+  CaptureDiagnostics diagnostics;
+  XQTextOutput collect;
+  collect = XQSetDiagnosticOutput([&collect](const char* text) {
+    XQSetDiagnosticOutput(collect);
+    XQDiagnosticF("[%s]", text);
+    if (collect) throw std::runtime_error("lost");
   });
   XQDiagnostic("a");
   std::thread([] { XQDiagnostic("b"); }).join();
-  EXPECT_EQ(collected, "[a!]b");
+  EXPECT_EQ(diagnostics.Take(), "[a]b");
 }
 
 TEST(XQDiagnostics, AForkedProcessReportsToo) {

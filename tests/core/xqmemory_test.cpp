@@ -4,8 +4,6 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 
-#include <array>
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
@@ -67,23 +65,20 @@ TEST(XQMAlloc, KeepsABoundedNumberOfBlocksAndBytes) {
   }
 }
 
-TEST(XQMAlloc, ThreadsHandBlocksToOneAnother) {
-  std::array<std::atomic<std::size_t*>, 8> slots{};
+TEST(XQMAlloc, ABlockHasOneHolder) {
   std::vector<std::thread> threads;
-  const auto trade = [&slots, random = zuml_test::Random(threads.size())]() mutable {
-    for (int i = 0; i < 2000; ++i) {
-      // The block's first and last words tell its size to whoever frees it.
-      const std::size_t words = 2 + random.Next() % (i % 8 == 0 ? 700000 : 500);
-      auto* block = static_cast<std::size_t*>(XQMAlloc(words * sizeof(std::size_t)));
-      block[0] = block[words - 1] = words;
-      block = slots[random.Next() % slots.size()].exchange(block);
-      EXPECT_TRUE(!block || block[block[0] - 1] == block[0]);
-      XQFree(block);
-    }
-  };
-  while (threads.size() < 4) threads.emplace_back(trade);
+  for (int id = 0; id < 4; ++id) {
+    threads.emplace_back([id] {
+      for (std::size_t i = 0; i < 3000; ++i) {
+        int* const block = static_cast<int*>(XQMAlloc((120 + i % 20) * kKiB));
+        *block = id;
+        std::this_thread::yield();
+        EXPECT_EQ(*block, id);
+        XQFree(block);
+      }
+    });
+  }
   for (std::thread& thread : threads) thread.join();
-  for (auto& slot : slots) XQFree(slot.load());
 }
 
 TEST(XQMAlloc, GivesKeptBlocksBackBeforeItFails) {

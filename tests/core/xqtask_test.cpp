@@ -57,63 +57,44 @@ struct AtEnd {
 } at_end;
 
 TEST(XQTask, GetNThreadsIsChosenFrom1To32) {
-  const int processors = XQTask::GetNThreads();
-  const int cases[][2] = {{7, 7}, {33, 32}, {-5, 1}, {0, processors}};
-  for (const auto& [n, expected] : cases) {
+  for (const auto& [n, expected] :
+       {std::pair{7, 7}, {33, 32}, {-5, 1}, {0, XQTask::GetNThreads()}}) {
     const WithThreads chosen(n);
     EXPECT_EQ(XQTask::GetNThreads(), expected) << n;
   }
 }
 
-TEST(XQTask, KeepsWhatLeavesRun) {
-  const std::pair<std::function<void()>, std::string> cases[] = {
-      {[] { throw XQException("100%% %s", "wrong"); }, "100% wrong"},
-      {[] { throw XQExcepIOError("io"); }, "io"},
-      {[] { throw std::runtime_error("100%s"); }, "100%s"},
-      {[] { throw 7; }, "unknown exception"},
-  };
-  const WithThreads one(1);  // and yet a worker takes what is sent
-  for (const bool by_worker : {false, true}) {
-    for (const auto& [fail, text] : cases) {
-      std::atomic<bool> has_begun{false};
-      FunctionTask task;
-      EXPECT_EQ(task.Wait(), nullptr) << "never sent";
-      task.function = [&has_begun, &fail = fail] {
-        has_begun = true;
-        Sleep(500);  // and so does who waits meanwhile
-        fail();
-      };
-      by_worker ? task.Send() : task.SendLazily();
-      while (by_worker && !has_begun) std::this_thread::yield();
-      const XQException* const failure = task.Wait();
-      ASSERT_NE(failure, nullptr) << text;
-      EXPECT_EQ(failure->what(), text);
-      EXPECT_EQ(dynamic_cast<const XQExcepIOError*>(failure) != nullptr, text == "io");
-    }
-  }
+/// What leaves a task, and the text that its caller gets.
+const std::string kTexts[] = {"%s", "%s", "%s", "unknown exception", ""};
+void Fail(int i) {
+  if (i % 5 == 0) throw XQException("%s", "%s");
+  if (i % 5 == 1) throw XQExcepIOError("%%s");
+  if (i % 5 == 2) throw std::runtime_error("%s");
+  if (i % 5 == 3) throw i;
 }
 
 TEST(XQTask, ManyThreadsSendTheirObjectsAgainAndAgain) {
   const auto call = [](int caller) {
     Tasks tasks;
+    ASSERT_EQ(tasks[0].Wait(), nullptr) << "never sent";
     for (int round = 0; round < 300; ++round) {
       std::atomic<int> count{0};
       const int n = 1 + (caller + round) % 32;
-      const auto fails = [round](int i) { return (i + round) % 5 == 0; };
       for (int i = 0; i < n; ++i) {
-        tasks[i].function = [&, i] {
+        tasks[i].function = [&count, i, round] {
           ++count;
-          if (fails(i)) throw XQException("task %d", i);
+          if (round % 50 == 0) Sleep(200);  // and so do who waits and the idle workers
+          Fail(i + round);
         };
       }
       SendAll(tasks, n);
       if (round % 2 == 0) SendAll(tasks, n);  // An object that is sent again has run before.
       for (int i = 0; i < n; ++i) {
         const XQException* const failure = tasks[i].Wait();
-        ASSERT_EQ(failure ? failure->what() : "", fails(i) ? "task " + std::to_string(i) : "");
+        ASSERT_EQ(failure ? failure->what() : "", kTexts[(i + round) % 5]);
+        ASSERT_EQ(dynamic_cast<const XQExcepIOError*>(failure) != nullptr, (i + round) % 5 == 1);
       }
       ASSERT_EQ(count, round % 2 == 0 ? 2 * n : n);
-      if (round % 50 == 0) Sleep(1000);  // Workers fall asleep.
     }
   };
   for (const int n : {2, 32}) {
@@ -151,7 +132,8 @@ TEST(XQTask, AForkedProcessHasWorkersOfItsOwn) {
   if (kThreadSanitizer) GTEST_SKIP() << "a child may not start threads";
   EXPECT_TRUE(TasksRunP(8));
   EXPECT_TRUE(zuml_test::SucceedsForked([] {
-    // No worker is here yet that could take the first one before the process forks again.
+    const WithThreads one(1);  // and yet a worker takes what is sent
+    // None is here that could take the first one before the process forks again.
     FunctionTask queued, task;
     std::atomic<int> runs{0};
     queued.function = task.function = [&runs] { ++runs; };
