@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <string>
+#include <thread>
 
 #include "tests/support/diagnostics.h"
 #include "tests/support/testimages.h"
@@ -17,6 +19,9 @@ class CTaskAny final : public XQTask {
  public:
   ZUMRoDRef part;
   std::function<void()> work;
+  int cost = 1;
+
+  int Cost() const { return cost; }
 
   void Run() override { work(); }
 };
@@ -45,6 +50,23 @@ TEST(TaskFrame, ReportsEachFailureAndThrowsTheLast) {
     if (last != first) lines += "Error en CTask " + std::to_string(last) + of_type;
     EXPECT_EQ(diagnostics.Take(), lines);
   }
+}
+
+// Workers that sleep are woken for much work on few pixels.
+TEST(TaskFrame, CostlyTasksOfASmallRegionRunAtTheSameTime) {
+  const zuml_test::WithThreads threads(2);
+  std::this_thread::sleep_for(std::chrono::milliseconds(2));
+  std::atomic<int> begun{0};
+  CTaskAny<int> tasks[ZUMMaxTasks];
+  RunPass(tasks, ZUMRoDRef(0, 0, 0, 0, 31, 31, 0, 0), 1, [&begun](CTaskAny<int>& task) {
+    task.cost = 100;
+    task.work = [&begun] {
+      ++begun;
+      const double end = XQClock() + 20;
+      while (begun < 2 && XQClock() < end) std::this_thread::yield();
+      EXPECT_EQ(begun, 2);
+    };
+  });
 }
 
 }  // namespace
