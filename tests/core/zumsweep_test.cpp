@@ -6,7 +6,6 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/diagnostics.h"
 #include "tests/support/testimages.h"
 
 namespace {
@@ -138,23 +137,6 @@ TEST(Sweeps, VisitEveryRunInOrder) {
       EXPECT_EQ(sweep.GetDirection(), 3);
     });
   }
-}
-
-TEST(Sweeps, ReportWhatMustNotBeReached) {
-  const ZUMImage<ZUMByte> image(ZUMRoDRef(0, 0, 0, 0, 3, 3, 0, 0), 1, 0);
-  zuml_test::CaptureDiagnostics diagnostics;
-  const auto expect_report = [&] {
-    EXPECT_TRUE(diagnostics.Take().ends_with(" internal check failed: 0\n"));
-  };
-  ForEachSweep<ZUMGenericInvSweepCoords, 4>(image, std::vector<ZUMRaster>(4, image), [&](auto& s) {
-    expect_report();
-    s.Previous();
-    expect_report();
-  });
-  ZUMGenericContinuousSweep2 sweep(image, image, image);
-  sweep.direction = static_cast<ZUMCSDirections>(4);
-  sweep.Next();
-  expect_report();
 }
 
 }  // namespace
