@@ -2,65 +2,70 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <chrono>
 #include <stdexcept>
 #include <string>
 #include <thread>
 
+#include "tests/support/diagnostics.h"
+#include "tests/support/forked.h"
+#include "tests/support/sanitizers.h"
+
 namespace {
 
-class XQDiagnostics : public testing::Test {
- protected:
-  void SetUp() override {
-    XQSetDiagnosticOutput([this](const char* text) { collected_ += text; });
-  }
-  void TearDown() override {
-    XQSetDiagnosticOutput(nullptr);
-    XQSetMessageBoxOutput(nullptr);
-  }
-  std::string collected_;
-};
+using zuml_test::CaptureDiagnostics;
 
-TEST_F(XQDiagnostics, GoToStandardOutputUnlessRedirected) {
-  const XQTextOutput earlier = XQSetDiagnosticOutput(nullptr);
+TEST(XQDiagnostics, GoToStandardOutputUnlessRedirected) {
   testing::internal::CaptureStdout();
   XQDiagnostic("100%\n");
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "100%\n");
-  XQSetDiagnosticOutput(earlier);
+  CaptureDiagnostics diagnostics;
   const std::string text(5000, 'x');
   XQDiagnosticF("%s %d\n", text.c_str(), 7);
-  EXPECT_EQ(collected_, text + " 7\n");
-}
-
-TEST_F(XQDiagnostics, AFailedCheckIsOneLineAndWorkGoesOn) {
-  EXPECT_FALSE(XQVerifyFun("0", "/home/somebody/zuml/wsh.cpp", 12, nullptr));
-  EXPECT_FALSE(XQVerifyFun("pRegion!=NULL", "wsh.cpp", 3, "no neighbour"));
-  EXPECT_TRUE(XQVerify(true, "holds"));
-  EXPECT_FALSE(XQVerify(false, "n>0", "wsh.cpp", 4));
-  EXPECT_EQ(collected_,
-            "wsh.cpp:12: internal check failed: 0\n"
-            "wsh.cpp:3: internal check failed: pRegion!=NULL: no neighbour\n"
-            "wsh.cpp:4: internal check failed: n>0\n");
-}
-
-TEST_F(XQDiagnostics, MessageBoxesGoToTheDiagnosticsUnlessShown) {
+  EXPECT_EQ(diagnostics.Take(), text + " 7\n");
   XQMessageBox("50%", 0);
   std::string shown;
-  XQSetMessageBoxOutput([&shown](const char* text) { shown += text; });
+  XQSetMessageBoxOutput([&shown](const char* message) { shown += message; });
   XQMessageFBox("%d images", 3);
-  EXPECT_EQ(collected_, "50%\n");
+  XQSetMessageBoxOutput(nullptr);
+  EXPECT_EQ(diagnostics.Take(), "50%\n");
   EXPECT_EQ(shown, "3 images");
+  EXPECT_FALSE(XQVerifyFun("p!=NULL", "/home/somebody/zuml/wsh.cpp", 3, "no neighbour"));
+  EXPECT_EQ(diagnostics.Take(), "wsh.cpp:3: internal check failed: p!=NULL: no neighbour\n");
 }
 
-TEST_F(XQDiagnostics, AnOutputMayThrowReportAndReplaceItself) {
-  XQSetDiagnosticOutput([this](const char* text) {
-    const std::string mark = "!";
-    XQSetDiagnosticOutput([this](const char* more) { collected_ += more; });
-    XQDiagnosticF("[%s]", (text + mark).c_str());
-    throw std::runtime_error("lost");
+TEST(XQDiagnostics, AnOutputMayThrowReportAndReplaceItself) {
+  CaptureDiagnostics diagnostics;
+  XQTextOutput collect;
+  collect = XQSetDiagnosticOutput([&collect](const char* text) {
+    XQSetDiagnosticOutput(collect);
+    XQDiagnosticF("[%s]", text);
+    if (collect) throw std::runtime_error("lost");
   });
   XQDiagnostic("a");
   std::thread([] { XQDiagnostic("b"); }).join();
-  EXPECT_EQ(collected_, "[a!]b");
+  EXPECT_EQ(diagnostics.Take(), "[a]b");
+}
+
+TEST(XQDiagnostics, AnOutputServesOneThreadAtATimeAndAForkedProcess) {
+  if (kThreadSanitizer) GTEST_SKIP() << "a child may not start threads";
+  const CaptureDiagnostics standard;
+  std::atomic<bool> is_inside{false};
+  XQSetDiagnosticOutput([&is_inside](const char*) {
+    EXPECT_FALSE(is_inside.exchange(true));
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    is_inside = false;
+  });
+  const auto report = [] { XQDiagnostic("a"); };
+  std::thread first(report), second(report);
+  while (!is_inside) std::this_thread::yield();
+  EXPECT_TRUE(zuml_test::SucceedsForked([&report] {
+    std::thread(report).join();
+    return true;
+  }));
+  first.join();
+  second.join();
 }
 
 }  // namespace

@@ -4,53 +4,44 @@
 #include <sys/mman.h>
 #include <sys/resource.h>
 
-#include <array>
-#include <atomic>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
-#include <random>
 #include <string>
 #include <thread>
 #include <vector>
 
 #include "tests/support/sanitizers.h"
-#include "zuml/core/xqexception.h"
+#include "tests/support/testimages.h"
 
 namespace {
 
 constexpr std::size_t kKiB = 1024;
 constexpr std::size_t kMiB = 1024 * kKiB;
 
-TEST(XQMAlloc, BlocksAreAlignedAndApart) {
-  const std::size_t sizes[] = {0,          1,        64,           65,       128 * kKiB - 1,
-                               128 * kKiB, 4 * kMiB, 4 * kMiB + 1, 7 * kMiB, 4 * kMiB - 1};
-  std::vector<unsigned char*> blocks;
+TEST(XQMAlloc, BlocksAreAlignedAndWhole) {
+  const std::size_t sizes[] = {0,          1,        65,           128 * kKiB - 1,
+                               128 * kKiB, 4 * kMiB, 4 * kMiB + 1, 4 * kMiB - 1};
+  std::vector<void*> blocks;
   for (const std::size_t size : sizes) {
-    blocks.push_back(static_cast<unsigned char*>(XQMAlloc(size)));
+    blocks.push_back(XQMAlloc(size));
     const bool is_huge = size >= 4 * kMiB && !kAddressSanitizer;
     EXPECT_EQ(reinterpret_cast<std::uintptr_t>(blocks.back()) % (is_huge ? 2 * kMiB : 64), 0u);
-    std::memset(blocks.back(), static_cast<int>(blocks.size()), size);
+    std::memset(blocks.back(), 255, size);
   }
-  for (std::size_t i = 0; i < blocks.size(); ++i) {
-    for (std::size_t k = 0; k < sizes[i]; ++k) ASSERT_EQ(blocks[i][k], i + 1) << sizes[i];
-    XQFree(blocks[i]);
-  }
+  for (void* block : blocks) XQFree(block);
 }
 
 TEST(XQMAlloc, TakesTheSmallestKeptBlockThatIsNotMuchTooLarge) {
   if (kAddressSanitizer) GTEST_SKIP() << "nothing is kept";
   for (const std::size_t unit : {128 * kKiB, 4 * kMiB}) {
     XQTrimMemory();
-    void* const small = XQMAlloc(unit);
-    void* const middle = XQMAlloc(unit / 8 * 9);
-    void* const large = XQMAlloc(2 * unit);
-    for (void* block : {large, middle, small}) XQFree(block);
-    EXPECT_EQ(XQMAlloc(unit), small);
-    EXPECT_EQ(XQMAlloc(unit), middle);
-    void* const fresh = XQMAlloc(unit);  // the large block is more than a quarter too large
-    EXPECT_EQ(XQMAlloc(unit / 4 * 7), large);
-    for (void* block : {small, middle, large, fresh}) XQFree(block);
+    void* const blocks[] = {XQMAlloc(unit), XQMAlloc(unit / 8 * 9), XQMAlloc(unit / 2 * 3)};
+    for (const int i : {2, 1, 0}) XQFree(blocks[i]);
+    for (const int i : {0, 1}) EXPECT_EQ(XQMAlloc(unit), blocks[i]);
+    void* const fresh = XQMAlloc(unit);
+    EXPECT_EQ(XQMAlloc(unit / 8 * 10), blocks[2]) << "is more than a quarter too large for a unit";
+    for (void* block : {blocks[0], blocks[1], blocks[2], fresh}) XQFree(block);
   }
 }
 
@@ -58,58 +49,41 @@ TEST(XQMAlloc, KeepsABoundedNumberOfBlocksAndBytes) {
   if (kAddressSanitizer) GTEST_SKIP() << "nothing is kept";
   const auto is_mapped = [](void* block) { return msync(block, 4096, MS_ASYNC) == 0; };
   XQTrimMemory();
-  const struct {
-    std::size_t size;
-    int freed;
-    int kept;
-  } cases[] = {{4 * kMiB, 20, 16}, {200 * kMiB, 3, 2}, {512 * kMiB, 1, 1}, {513 * kMiB, 1, 0}};
-  for (const auto& c : cases) {
+  const std::size_t cases[][3] = {{4, 20, 16}, {200, 3, 2}, {512, 1, 1}, {513, 1, 0}};
+  for (const auto& [megabytes, freed, kept] : cases) {
     std::vector<void*> blocks;
-    for (int i = 0; i < c.freed; ++i) blocks.push_back(XQMAlloc(c.size));
+    while (blocks.size() < freed) blocks.push_back(XQMAlloc(megabytes * kMiB));
     for (void* block : blocks) XQFree(block);
-    for (int i = 0; i < c.freed; ++i) {  // the oldest ones had to go
-      EXPECT_EQ(is_mapped(blocks[i]), i >= c.freed - c.kept) << c.size << ", " << i;
+    for (std::size_t i = 0; i < freed; ++i) {  // the oldest ones had to go
+      EXPECT_EQ(is_mapped(blocks[i]), i >= freed - kept) << megabytes << ", " << i;
     }
     XQTrimMemory();
-    for (void* block : blocks) EXPECT_FALSE(is_mapped(block)) << c.size;
+    EXPECT_FALSE(is_mapped(blocks.back())) << megabytes;
   }
 }
 
-TEST(XQMAlloc, ThreadsHandBlocksToOneAnother) {
-  std::array<std::atomic<std::size_t*>, 8> slots{};
-  std::atomic<int> torn{0};
-  const auto trade = [&](unsigned seed) {
-    std::mt19937 random(seed);
-    for (int i = 0; i < 2000; ++i) {
-      // The block's first and last words tell its size to whoever frees it.
-      const std::size_t words = 2 + random() % (i % 8 == 0 ? 700000 : 500);
-      auto* block = static_cast<std::size_t*>(XQMAlloc(words * sizeof(std::size_t)));
-      block[0] = block[words - 1] = words;
-      block = slots[random() % slots.size()].exchange(block);
-      if (block && block[block[0] - 1] != block[0]) ++torn;
-      XQFree(block);
-    }
-  };
+TEST(XQMAlloc, ABlockHasOneHolder) {
   std::vector<std::thread> threads;
-  for (unsigned seed = 1; seed <= 4; ++seed) threads.emplace_back(trade, seed);
-  for (std::thread& thread : threads) thread.join();
-  for (auto& slot : slots) XQFree(slot.load());
-  EXPECT_EQ(torn, 0);
-}
-
-TEST(XQMAlloc, RefusesSizesThatNoMachineHas) {
-  for (const std::size_t size : {SIZE_MAX, SIZE_MAX / 2}) {
-    try {
-      XQFree(XQMAlloc(size));
-      ADD_FAILURE() << size;
-    } catch (const XQException& failure) {
-      EXPECT_EQ(failure.what(), "XQMAlloc: out of memory (" + std::to_string(size) + " bytes)");
-    }
+  for (int id = 0; id < 4; ++id) {
+    threads.emplace_back([id] {
+      for (std::size_t i = 0; i < 3000; ++i) {
+        int* const block = static_cast<int*>(XQMAlloc((120 + i % 20) * kKiB));
+        *block = id;
+        std::this_thread::yield();
+        EXPECT_EQ(*block, id);
+        XQFree(block);
+      }
+    });
   }
-  EXPECT_THROW(zuml_detail::MakeZeroedScratch<double>(SIZE_MAX / 8 + 2).reset(), XQException);
+  for (std::thread& thread : threads) thread.join();
 }
 
 TEST(XQMAlloc, GivesKeptBlocksBackBeforeItFails) {
+  for (const std::size_t size : {SIZE_MAX, SIZE_MAX / 2}) {
+    EXPECT_EQ(zuml_test::MessageOf([size] { XQFree(XQMAlloc(size)); }),
+              "XQMAlloc: out of memory (" + std::to_string(size) + " bytes)");
+  }
+  EXPECT_THROW(zuml_detail::MakeZeroedScratch<double>(SIZE_MAX / 8 + 2).reset(), XQException);
   if (kAddressSanitizer || kThreadSanitizer) GTEST_SKIP() << "address space cannot be limited";
   XQTrimMemory();
   std::size_t pages = 0;

@@ -45,6 +45,8 @@ class CTaskMedianMasked final : public XQTask {
   const ZUMDisplacementArray* on_image;
   const ZUMDisplacementArray* on_mask;
 
+  int Cost() const { return static_cast<int>(on_image->GetLength()); }
+
   void Run() override {
     const auto values = zuml_detail::MakeScratch<P>(on_image->GetLength());
     ForEachRun(

@@ -4,7 +4,8 @@
 /// operands.
 ///
 /// A task class derives from XQTask, is default-constructible and has the members `part` (its
-/// ZUMRoDRef) and, for RunTasks, `result` (a pointer to the image it writes).
+/// ZUMRoDRef) and, for RunTasks, `result` (a pointer to the image it writes). One that does much
+/// for each pixel of the result has `int Cost() const`: about how many pixels it reads for one.
 #pragma once
 
 #include "zuml/core/export.h"
@@ -20,8 +21,18 @@ namespace zuml_detail {
 /// "Error en CTask <i> de tipo <class>"; then a copy of the last failure is thrown.
 ZUML_API void WaitForTasks(XQTask* const* tasks, int n);
 
-/// Regions below this many pixels, all channels counted, are not worth waking a sleeping worker.
-inline constexpr long long kSmallRegion = 16384;
+/// Below this many pixels read, all channels counted, an operation is not worth waking a sleeping
+/// worker.
+inline constexpr long long kSmallWork = 16384;
+
+template <class Task>
+long long GetCost(const Task& task) {
+  if constexpr (requires { task.Cost(); }) {
+    return task.Cost();
+  } else {
+    return 1;
+  }
+}
 
 }  // namespace zuml_detail
 
@@ -39,12 +50,13 @@ void ZUMWaitTasks(Task* tasks, int n) {
 template <class Task, class Setup>
 void RunPass(Task (&tasks)[ZUMMaxTasks], const ZUMRoDRef& rod, int csz, Setup&& setup) {
   const int n = XQTask::GetNThreads();
-  const bool small = static_cast<long long>(rod.NPixels()) * csz < zuml_detail::kSmallRegion;
   for (int i = 0; i < n; ++i) {
     tasks[i].part = rod.RoDPart(i, n);
     setup(tasks[i]);
   }
-  for (int i = 0; i < n; ++i) small || n == 1 ? tasks[i].SendLazily() : tasks[i].Send();
+  const long long work = zuml_detail::GetCost(tasks[0]) * rod.NPixels() * csz;
+  const bool lazily = n == 1 || work < zuml_detail::kSmallWork;
+  for (int i = 0; i < n; ++i) lazily ? tasks[i].SendLazily() : tasks[i].Send();
   ZUMWaitTasks(tasks, n);
 }
 

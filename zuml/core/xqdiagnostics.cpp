@@ -1,5 +1,8 @@
 #include "zuml/core/xqdiagnostics.h"
 
+#include <pthread.h>
+
+#include <atomic>
 #include <chrono>
 #include <cstdarg>
 #include <cstdio>
@@ -7,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "zuml/core/detail/formattext.h"
@@ -14,60 +18,87 @@
 
 namespace {
 
-/// One redirectable output. The lock is held while the text is written, so that texts of several
-/// threads do not mix and an output that was replaced is no longer in use; it is recursive because
-/// an application's output may call the library, which may have something to report.
-class Output {
+/// A lock that its holder may take again. Unlike the standard one, it can be let go of in the child
+/// of a fork.
+class ReentrantLock {
  public:
-  explicit Output(void (*standard)(const char*)) : standard_(standard) {}
-
-  void Write(const char* text) {
-    const std::lock_guard<std::recursive_mutex> lock(mutex_);
-    // The output may replace itself while it runs.
-    const std::shared_ptr<const XQTextOutput> chosen = chosen_;
-    if (chosen) {
-      (*chosen)(text);
-    } else {
-      standard_(text);
+  void lock() {
+    if (holder_.load(std::memory_order_relaxed) != std::this_thread::get_id()) {
+      mutex_.lock();
+      holder_.store(std::this_thread::get_id(), std::memory_order_relaxed);
     }
+    ++depth_;
   }
 
-  XQTextOutput Replace(XQTextOutput output) {
-    std::shared_ptr<const XQTextOutput> chosen;
-    if (output) chosen = std::make_shared<const XQTextOutput>(std::move(output));
-    {
-      const std::lock_guard<std::recursive_mutex> lock(mutex_);
-      chosen_.swap(chosen);
+  void unlock() {
+    if (--depth_ == 0) {
+      holder_.store(std::thread::id(), std::memory_order_relaxed);
+      mutex_.unlock();
     }
-    return chosen ? *chosen : XQTextOutput();
   }
 
  private:
-  std::recursive_mutex mutex_;
-  std::shared_ptr<const XQTextOutput> chosen_;
-  void (*const standard_)(const char*);
+  std::mutex mutex_;
+  std::atomic<std::thread::id> holder_{};
+  int depth_ = 0;
 };
 
-// The outputs are never destroyed: objects that end with the process may still report.
+/// What the application chose; null for the standard.
+using ChosenOutput = std::shared_ptr<const XQTextOutput>;
 
-Output& GetDiagnosticOutput() {
-  static Output* const output = new Output([](const char* text) {
-    std::fputs(text, stdout);
-    std::fflush(stdout);
-  });
-  return *output;
+/// The redirectable outputs. The lock is held while a text is written, so that texts of several
+/// threads do not mix and an output that was replaced is no longer in use. It can be taken again
+/// because an application's output may call the library, which may have something to report; it is
+/// one lock since either output may write to the other.
+struct Outputs {
+  ReentrantLock lock;
+  ChosenOutput diagnostics;
+  ChosenOutput message_boxes;
+};
+
+/// Never destroyed: objects that end with the process may still report. A process that forks while
+/// another thread reports would leave the lock locked in the child. The handlers are set up at
+/// first use and so run before those of the locks that an application's output may need to end.
+Outputs& GetOutputs() {
+  static Outputs* const outputs = [] {
+    Outputs* const made = new Outputs;
+    pthread_atfork([] { GetOutputs().lock.lock(); }, [] { GetOutputs().lock.unlock(); },
+                   [] { GetOutputs().lock.unlock(); });
+    return made;
+  }();
+  return *outputs;
 }
 
-Output& GetMessageBoxOutput() {
-  static Output* const output = new Output([](const char* text) { XQDiagnosticF("%s\n", text); });
-  return *output;
+void Write(ChosenOutput Outputs::*output, const char* text) {
+  Outputs& outputs = GetOutputs();
+  const std::lock_guard<ReentrantLock> lock(outputs.lock);
+  // The output may replace itself while it runs.
+  if (const ChosenOutput chosen = outputs.*output) {
+    (*chosen)(text);
+  } else if (output == &Outputs::message_boxes) {
+    XQDiagnosticF("%s\n", text);
+  } else {
+    std::fputs(text, stdout);
+    std::fflush(stdout);
+  }
+}
+
+XQTextOutput Replace(ChosenOutput Outputs::*output, XQTextOutput next) {
+  ChosenOutput chosen;
+  if (next) chosen = std::make_shared<const XQTextOutput>(std::move(next));
+  {
+    Outputs& outputs = GetOutputs();
+    const std::lock_guard<ReentrantLock> lock(outputs.lock);
+    (outputs.*output).swap(chosen);
+  }
+  return chosen ? *chosen : XQTextOutput();
 }
 
 }  // namespace
 
 void XQDiagnostic(const char* text) noexcept {
   try {
-    GetDiagnosticOutput().Write(text);
+    Write(&Outputs::diagnostics, text);
   } catch (...) {
     // There is nobody left to tell.
   }
@@ -77,19 +108,19 @@ void XQDiagnosticF(const char* format, ...) noexcept {
   std::va_list arguments;
   va_start(arguments, format);
   try {
-    GetDiagnosticOutput().Write(zuml_detail::FormatText(format, arguments).c_str());
+    Write(&Outputs::diagnostics, zuml_detail::FormatText(format, arguments).c_str());
   } catch (...) {
   }
   va_end(arguments);
 }
 
 XQTextOutput XQSetDiagnosticOutput(XQTextOutput output) {
-  return GetDiagnosticOutput().Replace(std::move(output));
+  return Replace(&Outputs::diagnostics, std::move(output));
 }
 
 void XQMessageBox(const char* text, int) noexcept {
   try {
-    GetMessageBoxOutput().Write(text);
+    Write(&Outputs::message_boxes, text);
   } catch (...) {
   }
 }
@@ -98,14 +129,14 @@ void XQMessageFBox(const char* format, ...) noexcept {
   std::va_list arguments;
   va_start(arguments, format);
   try {
-    GetMessageBoxOutput().Write(zuml_detail::FormatText(format, arguments).c_str());
+    Write(&Outputs::message_boxes, zuml_detail::FormatText(format, arguments).c_str());
   } catch (...) {
   }
   va_end(arguments);
 }
 
 XQTextOutput XQSetMessageBoxOutput(XQTextOutput output) {
-  return GetMessageBoxOutput().Replace(std::move(output));
+  return Replace(&Outputs::message_boxes, std::move(output));
 }
 
 bool XQVerifyFun(const char* text, const char* file, int line, const char* message) noexcept {

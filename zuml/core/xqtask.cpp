@@ -85,6 +85,12 @@ class TaskPool {
  public:
   static TaskPool& Get() noexcept;
 
+  /// Sees to it that a fork leaves a pool that works in both processes.
+  static int HandleForks() noexcept {
+    return pthread_atfork([] { Get().mutex_.lock(); }, [] { Get().mutex_.unlock(); },
+                          [] { Get().ForgetWorkers(); });
+  }
+
   void Push(XQTask& task, bool wake) noexcept;
 
   /// Takes the object out of the queue, so that no other thread runs it; false if one has begun.
@@ -137,17 +143,19 @@ class TaskPool {
 
 TaskPool& TaskPool::Get() noexcept {
   alignas(TaskPool) static std::byte storage[sizeof(TaskPool)];
-  static TaskPool* const pool = [] {
-    TaskPool* const made = new (storage) TaskPool;
-    pthread_atfork([] { Get().mutex_.lock(); }, [] { Get().mutex_.unlock(); },
-                   [] { Get().ForgetWorkers(); });
-    return made;
-  }();
+  static TaskPool* const pool = new (storage) TaskPool;
   static const struct AtEnd {
     ~AtEnd() { Get().Stop(); }
   } at_end;
   return *pool;
 }
+
+namespace {
+
+// From load time on, so that no fork falls into the making of the pool.
+const int fork_handlers = TaskPool::HandleForks();
+
+}  // namespace
 
 /// The lock is held for a few instructions only, so it is worth looking twice before sleeping.
 std::unique_lock<std::mutex> TaskPool::Lock() noexcept {
@@ -297,10 +305,9 @@ void TaskPool::AwaitEnd(XQTask& task) noexcept {
   }
   if (SpinUntil(has_ended)) return;
   std::unique_lock<std::mutex> lock = Lock();
-  State expected = State::kRunning;
-  if (task.state_.compare_exchange_strong(expected, State::kAwaited, std::memory_order_acq_rel)) {
-    ended_.wait(lock, has_ended);
-  }
+  State running = State::kRunning;
+  task.state_.compare_exchange_strong(running, State::kAwaited, std::memory_order_acq_rel);
+  ended_.wait(lock, has_ended);
 }
 
 /// The end of the process, or of the library in it.

@@ -2,88 +2,46 @@
 
 #include "zuml/core/xqdiagnostics.h"
 
+using zuml_detail::SweepGeometry;
 using zuml_detail::SweepJump;
-using zuml_detail::SweepSpans;
-using zuml_detail::SweepSteps;
+
+namespace zuml_detail {
+
+SweepGeometry::SweepGeometry(const ZUMRect& box, const ZUMRaster& r, bool columns) {
+  const std::ptrdiff_t sx = std::ptrdiff_t{box.end.x} - box.begin.x + 1;
+  const std::ptrdiff_t sy = std::ptrdiff_t{box.end.y} - box.begin.y + 1;
+  const std::ptrdiff_t sz = std::ptrdiff_t{box.end.z} - box.begin.z + 1;
+  const std::ptrdiff_t st = std::ptrdiff_t{box.end.t} - box.begin.t + 1;
+  const std::ptrdiff_t pixel = r.GetPixSz();
+  const std::ptrdiff_t line = pixel * r.GetXSz();
+  const std::ptrdiff_t plane = line * r.GetYSz();
+  const std::ptrdiff_t frame = plane * r.GetZSz();
+  const std::ptrdiff_t channel = frame * r.GetTSz();
+  run = columns ? (sy - 1) * line : (sx - 1) * pixel;
+  spans.plane = columns ? (sx - 1) * pixel : (sy - 1) * line;
+  spans.frame = spans.plane + (sz - 1) * plane;
+  spans.channel = spans.frame + (st - 1) * frame;
+  spans.all = spans.channel + (r.GetCSz() - 1) * channel;
+  // Each goes back over what the unit just finished has advanced.
+  steps[0] = columns ? pixel : line;
+  steps[1] = plane - spans.plane;
+  steps[2] = frame - spans.frame;
+  steps[3] = channel - spans.channel;
+}
+
+SweepGeometry SweepGeometry::operator-() const {
+  SweepGeometry negated;
+  negated.run = -run;
+  for (int i = 0; i < 4; ++i) negated.steps[i] = -steps[i];
+  negated.spans = {-spans.plane, -spans.frame, -spans.channel, -spans.all};
+  return negated;
+}
+
+}  // namespace zuml_detail
 
 namespace {
 
-// The sizes of a box and of one raster's block, in the units that steps are made of.
-struct SweepGeometry {
-  std::ptrdiff_t sx, sy, sz, st;      // the box
-  std::ptrdiff_t pixel, line, plane;  // bytes of a pixel, a line, a plane of the block
-  std::ptrdiff_t frame, channel;      // bytes of a frame, a channel of the block
-
-  SweepGeometry(const ZUMRect& box, const ZUMRaster& r)
-      : sx(std::ptrdiff_t{box.end.x} - box.begin.x + 1),
-        sy(std::ptrdiff_t{box.end.y} - box.begin.y + 1),
-        sz(std::ptrdiff_t{box.end.z} - box.begin.z + 1),
-        st(std::ptrdiff_t{box.end.t} - box.begin.t + 1),
-        pixel(r.GetPixSz()),
-        line(pixel * r.GetXSz()),
-        plane(line * r.GetYSz()),
-        frame(plane * r.GetZSz()),
-        channel(frame * r.GetTSz()) {}
-
-  // Steps of runs along X: each goes back over what the unit just finished has advanced.
-  SweepSteps LineSteps() const {
-    return {line, plane - (sy - 1) * line, frame - (sz - 1) * plane - (sy - 1) * line,
-            channel - (st - 1) * frame - (sz - 1) * plane - (sy - 1) * line};
-  }
-
-  SweepSpans LineSpans(int channels) const {
-    SweepSpans spans;
-    spans.plane = (sy - 1) * line;
-    spans.frame = spans.plane + (sz - 1) * plane;
-    spans.channel = spans.frame + (st - 1) * frame;
-    spans.all = spans.channel + (channels - 1) * channel;
-    return spans;
-  }
-
-  // Steps of runs along Y: columns take the place of lines.
-  SweepSteps ColumnSteps() const {
-    return {pixel, plane - (sx - 1) * pixel, frame - (sz - 1) * plane - (sx - 1) * pixel,
-            channel - (st - 1) * frame - (sz - 1) * plane - (sx - 1) * pixel};
-  }
-
-  SweepSpans ColumnSpans(int channels) const {
-    SweepSpans spans;
-    spans.plane = (sx - 1) * pixel;
-    spans.frame = spans.plane + (sz - 1) * plane;
-    spans.channel = spans.frame + (st - 1) * frame;
-    spans.all = spans.channel + (channels - 1) * channel;
-    return spans;
-  }
-};
-
-SweepSpans operator-(const SweepSpans& s) { return {-s.plane, -s.frame, -s.channel, -s.all}; }
-
 void* Advance(void* p, std::ptrdiff_t bytes) { return static_cast<char*>(p) + bytes; }
-
-template <int N>
-void AdvanceAll(void* (&p)[N], const SweepSteps (&steps)[N], SweepJump jump) {
-  for (int k = 0; k < N; ++k) p[k] = Advance(p[k], steps[k].By(jump));
-}
-
-template <int N>
-void StartAt(void* (&start)[N], const ZUMBasePoint<int>& p, const ZUMRaster* const (&r)[N]) {
-  for (int k = 0; k < N; ++k) start[k] = r[k]->PixelAddress(p, 0);
-}
-
-// A forward step: false at the end, where the first start has become null.
-template <int N>
-SweepJump StepForward(zuml_detail::SweepStarts<N>& at, const SweepSteps (&steps)[N],
-                      zuml_detail::SweepThresholds<false>& thresholds, std::ptrdiff_t run) {
-  const SweepJump jump = thresholds.Next(at.start[0]);
-  if (jump == SweepJump::End) {
-    at.start[0] = nullptr;
-  } else {
-    AdvanceAll(at.start, steps, jump);
-    thresholds.Renew(jump, at.start[0]);
-    at.end1 = Advance(at.start[0], run);
-  }
-  return jump;
-}
 
 // Nothing to visit: no point, no channel, or a block without pixels.
 bool IsEmptyWalk(const ZUMRoDRect& rod, const ZUMRaster& first) {
@@ -99,60 +57,67 @@ void SetUpSweep(const ZUMRoDRect& rod, Sweep& sweep, const ZUMRaster* const (&r)
 
 }  // namespace
 
-template <int N>
-ZUMSweeperRect<N>::ZUMSweeperRect(ZUMGenericSweep<N>& sweep, const ZUMRect& box,
-                                  const ZUMRaster* const (&r)[N]) {
-  const SweepGeometry first(box, *r[0]);
-  run_ = (first.sx - 1) * first.pixel;
-  for (int k = 0; k < N; ++k) steps_[k] = SweepGeometry(box, *r[k]).LineSteps();
-  StartAt(sweep.at.start, box.begin, r);
-  sweep.at.end1 = Advance(sweep.at.start[0], run_);
-  thresholds_ = {first.LineSpans(r[0]->GetCSz()), sweep.at.start[0]};
+template <int N, bool Backward>
+zuml_detail::SweepWalk<N, Backward>::SweepWalk(const ZUMRect& box, const ZUMRaster* const (&r)[N],
+                                               bool columns, void* (&at)[N], void*& end) {
+  const int last_channel = r[0]->GetCSz() - 1;
+  for (int k = 0; k < N; ++k) {
+    const SweepGeometry geometry(box, *r[k], columns);
+    geometry_[k] = Backward ? -geometry : geometry;
+    at[k] = Backward ? r[k]->PixelAddress(box.end, last_channel) : r[k]->PixelAddress(box.begin, 0);
+  }
+  end = Advance(at[0], geometry_[0].run);
+  all_ = Address(at[0], geometry_[0].spans.all);
+  Renew(SweepJump::Channel, at[0]);
+}
+
+template <int N, bool Backward>
+SweepJump zuml_detail::SweepWalk<N, Backward>::Next(void* (&at)[N], void*& end) {
+  const SweepJump jump = JumpFrom(at[0]);
+  if (jump == SweepJump::End) {
+    at[0] = nullptr;
+    plane_ = frame_ = channel_ = all_ = 0;
+  } else {
+    for (int k = 0; k < N; ++k) at[k] = Advance(at[k], geometry_[k].By(jump));
+    end = Advance(at[0], geometry_[0].run);
+    Renew(jump, at[0]);
+  }
+  return jump;
 }
 
 template <int N>
+ZUMSweeperRect<N>::ZUMSweeperRect(ZUMGenericSweep<N>& sweep, const ZUMRect& box,
+                                  const ZUMRaster* const (&r)[N])
+    : walk_(box, r, false, sweep.at.start, sweep.at.end1) {}
+
+template <int N>
 void ZUMSweeperRect<N>::Next(ZUMGenericSweep<N>* sweep) {
-  StepForward(sweep->at, steps_, thresholds_, run_);
+  walk_.Next(sweep->at.start, sweep->at.end1);
 }
 
 template <int N>
 ZUMSweeperRectY<N>::ZUMSweeperRectY(ZUMGenericSweepY<N>& sweep, const ZUMRect& box,
-                                    const ZUMRaster* const (&r)[N]) {
-  const SweepGeometry first(box, *r[0]);
-  run_ = (first.sy - 1) * first.line;
-  for (int k = 0; k < N; ++k) {
-    const SweepGeometry geometry(box, *r[k]);
-    steps_[k] = geometry.ColumnSteps();
-    sweep.line_step[k] = static_cast<int>(geometry.line);
-  }
-  StartAt(sweep.at.start, box.begin, r);
-  sweep.at.end1 = Advance(sweep.at.start[0], run_);
-  thresholds_ = {first.ColumnSpans(r[0]->GetCSz()), sweep.at.start[0]};
+                                    const ZUMRaster* const (&r)[N])
+    : walk_(box, r, true, sweep.at.start, sweep.at.end1) {
+  for (int k = 0; k < N; ++k) sweep.line_step[k] = r[k]->GetXSz() * r[k]->GetPixSz();
 }
 
 template <int N>
 void ZUMSweeperRectY<N>::Next(ZUMGenericSweepY<N>* sweep) {
-  StepForward(sweep->at, steps_, thresholds_, run_);
+  walk_.Next(sweep->at.start, sweep->at.end1);
 }
 
 template <int N>
 ZUMSweeperCoordsRect<N>::ZUMSweeperCoordsRect(ZUMGenericSweepCoords<N>& sweep, const ZUMRect& box,
                                               const ZUMRaster* const (&r)[N])
-    : begin_(box.begin) {
-  const SweepGeometry first(box, *r[0]);
-  run_ = (first.sx - 1) * first.pixel;
-  for (int k = 0; k < N; ++k) steps_[k] = SweepGeometry(box, *r[k]).LineSteps();
-  StartAt(sweep.at.start, box.begin, r);
-  sweep.at.end1 = Advance(sweep.at.start[0], run_);
+    : begin_(box.begin), walk_(box, r, false, sweep.at.start, sweep.at.end1) {
   sweep.point = box.begin;
-  sweep.channel = 0;
-  thresholds_ = {first.LineSpans(r[0]->GetCSz()), sweep.at.start[0]};
 }
 
 template <int N>
 void ZUMSweeperCoordsRect<N>::Next(ZUMGenericSweepCoords<N>* sweep) {
   ZUMBasePoint<int>& p = sweep->point;
-  switch (StepForward(sweep->at, steps_, thresholds_, run_)) {
+  switch (walk_.Next(sweep->at.start, sweep->at.end1)) {
     case SweepJump::Unit:
       ++p.y;
       break;
@@ -176,28 +141,12 @@ void ZUMSweeperCoordsRect<N>::Next(ZUMGenericSweepCoords<N>* sweep) {
 
 template <int N>
 ZUMInvSweeperRect<N>::ZUMInvSweeperRect(ZUMGenericInvSweep<N>& sweep, const ZUMRect& box,
-                                        const ZUMRaster* const (&r)[N]) {
-  const SweepGeometry first(box, *r[0]);
-  const int last_channel = r[0]->GetCSz() - 1;
-  run_ = (first.sx - 1) * first.pixel;
-  for (int k = 0; k < N; ++k) {
-    steps_[k] = -SweepGeometry(box, *r[k]).LineSteps();
-    sweep.end[k] = r[k]->PixelAddress(box.end, last_channel);
-  }
-  sweep.start1 = Advance(sweep.end[0], -run_);
-  thresholds_ = {-first.LineSpans(r[0]->GetCSz()), sweep.end[0]};
-}
+                                        const ZUMRaster* const (&r)[N])
+    : walk_(box, r, false, sweep.end, sweep.start1) {}
 
 template <int N>
 void ZUMInvSweeperRect<N>::Previous(ZUMGenericInvSweep<N>* sweep) {
-  const SweepJump jump = thresholds_.Next(sweep->end[0]);
-  if (jump == SweepJump::End) {
-    sweep->end[0] = nullptr;
-    return;
-  }
-  AdvanceAll(sweep->end, steps_, jump);
-  thresholds_.Renew(jump, sweep->end[0]);
-  sweep->start1 = Advance(sweep->end[0], -run_);
+  walk_.Next(sweep->end, sweep->start1);
 }
 
 template <int N>
@@ -208,16 +157,9 @@ void ZUMInvSweeperCoordsRect<N>::Previous(ZUMGenericInvSweepCoords<N>*) {
 template <int N>
 ZUMContinuousSweeperRect<N>::ZUMContinuousSweeperRect(ZUMGenericContinuousSweep<N>& sweep,
                                                       const ZUMRect& box,
-                                                      const ZUMRaster* const (&r)[N]) {
-  for (int k = 0; k < N; ++k) {
-    const SweepGeometry geometry(box, *r[k]);
-    run_[k] = (geometry.sx - 1) * geometry.pixel;
-    steps_[k] = geometry.LineSteps();
-  }
-  StartAt(sweep.at.start, box.begin, r);
-  sweep.at.end1 = Advance(sweep.at.start[0], run_[0]);
+                                                      const ZUMRaster* const (&r)[N])
+    : walk_(box, r, false, sweep.at.start, sweep.at.end1) {
   sweep.direction = ZUMCSNewRun;
-  thresholds_ = {SweepGeometry(box, *r[0]).LineSpans(r[0]->GetCSz()), sweep.at.start[0]};
 }
 
 template <int N>
@@ -230,38 +172,30 @@ void ZUMContinuousSweeperRect<N>::Next(ZUMGenericContinuousSweep<N>* sweep) {
   }
   auto& start = sweep->at.start;
   void*& end1 = sweep->at.end1;
-  const SweepJump jump = thresholds_.Next(direction == ZUMCSNewRun ? start[0] : end1);
+  const SweepJump jump = walk_.JumpFrom(direction == ZUMCSNewRun ? start[0] : end1);
   if (jump == SweepJump::End) {
     sweep->direction = ZUMCSEnd;
     return;
   }
-  // The other raster's start stands where the first one's does: at the last pixel of the run
-  // before, or in a new run at its first pixel.
-  if (jump == SweepJump::Unit) {
-    for (int k = 1; k < N; ++k) {
-      const std::ptrdiff_t along = direction == ZUMCSBackward ? -run_[k] : run_[k];
-      start[k] = Advance(start[k], direction == ZUMCSNewRun ? along : steps_[k].unit + along);
-    }
-    start[0] = end1;
-    if (direction == ZUMCSBackward) {
-      end1 = Advance(end1, steps_[0].unit + run_[0]);
-      sweep->direction = ZUMCSForward;
-    } else {
-      end1 = Advance(end1, steps_[0].unit - run_[0]);
-      sweep->direction = ZUMCSBackward;
-    }
-    return;
-  }
+  const bool to_low = direction == ZUMCSBackward;
   for (int k = 0; k < N; ++k) {
-    // From the start to the lower end of the present line, then on to the next unit.
-    const std::ptrdiff_t to_low = direction == ZUMCSNewRun    ? 0
-                                  : direction == ZUMCSForward ? steps_[k].unit
-                                                              : steps_[k].unit - run_[k];
-    start[k] = Advance(start[k], to_low + steps_[k].By(jump));
+    const SweepGeometry& g = walk_[k];
+    // From the start, in all runs but a new one the last pixel of the run before, to the low end of
+    // the present line and to the pixel that the present run ends on.
+    std::ptrdiff_t low = 0;
+    if (direction != ZUMCSNewRun) low = g.By(SweepJump::Unit) - (to_low ? g.run : 0);
+    const std::ptrdiff_t last = to_low ? low : low + g.run;
+    start[k] = Advance(start[k], jump == SweepJump::Unit ? last : low + g.By(jump));
   }
-  end1 = Advance(start[0], run_[0]);
-  thresholds_.Renew(jump, start[0]);
-  sweep->direction = ZUMCSNewRun;
+  if (jump == SweepJump::Unit) {
+    end1 =
+        Advance(start[0], walk_[0].By(SweepJump::Unit) + (to_low ? walk_[0].run : -walk_[0].run));
+    sweep->direction = to_low ? ZUMCSForward : ZUMCSBackward;
+  } else {
+    end1 = Advance(start[0], walk_[0].run);
+    walk_.Renew(jump, start[0]);
+    sweep->direction = ZUMCSNewRun;
+  }
 }
 
 // The box's side of the sweeps.

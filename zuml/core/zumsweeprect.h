@@ -13,25 +13,8 @@ namespace zuml_detail {
 /// What was passed from one run to the next.
 enum class SweepJump { Unit, Plane, Frame, Channel, End };
 
-/// The bytes from the first pixel of the last run of a unit (a plane for `unit`'s own steps, and so
-/// on outwards) to the first pixel of the first run of the next one, in one raster.
-struct SweepSteps {
-  std::ptrdiff_t unit = 0;
-  std::ptrdiff_t plane = 0;
-  std::ptrdiff_t frame = 0;
-  std::ptrdiff_t channel = 0;
-
-  std::ptrdiff_t By(SweepJump jump) const {
-    return jump == SweepJump::Unit    ? unit
-           : jump == SweepJump::Plane ? plane
-           : jump == SweepJump::Frame ? frame
-                                      : channel;
-  }
-  SweepSteps operator-() const { return {-unit, -plane, -frame, -channel}; }
-};
-
 /// The offsets from the first run to the last run of a plane, a frame, a channel and the whole
-/// walk, in the first raster.
+/// walk, in one raster.
 struct SweepSpans {
   std::ptrdiff_t plane = 0;
   std::ptrdiff_t frame = 0;
@@ -39,46 +22,68 @@ struct SweepSpans {
   std::ptrdiff_t all = 0;
 };
 
-/// The thresholds of a walk: where the first raster's pointer must be for the last run of the
-/// present plane, frame and channel, and of the whole. Addresses are compared as numbers, since
-/// they are positions in memory rather than elements of one array.
-template <bool Backward>
-class SweepThresholds {
- public:
-  SweepThresholds() = default;
-  SweepThresholds(const SweepSpans& spans, const void* first)
-      : spans_(spans), all_(Address(first) + spans.all) {
-    Renew(SweepJump::Channel, first);
-  }
+/// What the runs of a box are in one raster, in bytes. For a walk backwards all are negated.
+struct SweepGeometry {
+  std::ptrdiff_t run = 0;        // from a run's near end to its far end
+  std::ptrdiff_t steps[4] = {};  // for each jump, from the run before it to the run behind it
+  SweepSpans spans;
 
-  /// Which jump leads on from the run at `at`.
-  SweepJump Next(const void* at) const {
-    const std::intptr_t a = Address(at);
+  SweepGeometry() = default;
+  SweepGeometry(const ZUMRect& box, const ZUMRaster& r, bool columns);
+  std::ptrdiff_t By(SweepJump jump) const { return steps[static_cast<int>(jump)]; }
+  SweepGeometry operator-() const;
+};
+
+/// The walk of N pointers from run to run, at the near ends of the runs: the low ends, or in a walk
+/// backwards the high ones. The jumps follow from the first pointer alone, by its distance to the
+/// last run of the present plane, frame and channel, and of the whole. Addresses are compared as
+/// numbers, since they are positions in memory rather than elements of one array.
+template <int N, bool Backward>
+class SweepWalk {
+ public:
+  /// A walk that visits nothing.
+  SweepWalk() = default;
+
+  /// Puts the pointers onto the first run, and `end` onto its far end in the first raster.
+  SweepWalk(const ZUMRect& box, const ZUMRaster* const (&r)[N], bool columns, void* (&at)[N],
+            void*& end);
+
+  /// The jump that leads on from the run at `at`.
+  SweepJump JumpFrom(const void* at) const {
+    const std::uintptr_t a = Address(at);
     if (Before(a, plane_)) return SweepJump::Unit;
     if (Before(a, frame_)) return SweepJump::Plane;
     if (Before(a, channel_)) return SweepJump::Frame;
     return Before(a, all_) ? SweepJump::Channel : SweepJump::End;
   }
 
-  /// After a jump to the run at `at`.
+  /// Sets the thresholds after a jump to the run at `at`.
   void Renew(SweepJump jump, const void* at) {
-    const std::intptr_t a = Address(at);
-    if (jump >= SweepJump::Plane) plane_ = a + spans_.plane;
-    if (jump >= SweepJump::Frame) frame_ = a + spans_.frame;
-    if (jump >= SweepJump::Channel) channel_ = a + spans_.channel;
+    const SweepSpans& spans = geometry_[0].spans;
+    if (jump >= SweepJump::Plane) plane_ = Address(at, spans.plane);
+    if (jump >= SweepJump::Frame) frame_ = Address(at, spans.frame);
+    if (jump >= SweepJump::Channel) channel_ = Address(at, spans.channel);
   }
 
+  /// The next run. At the end the first pointer becomes null, and stays so.
+  SweepJump Next(void* (&at)[N], void*& end);
+
+  const SweepGeometry& operator[](int k) const { return geometry_[k]; }
+
  private:
-  static std::intptr_t Address(const void* p) { return reinterpret_cast<std::intptr_t>(p); }
-  static bool Before(std::intptr_t a, std::intptr_t limit) {
+  static std::uintptr_t Address(const void* p, std::ptrdiff_t offset = 0) {
+    return reinterpret_cast<std::uintptr_t>(p) + static_cast<std::uintptr_t>(offset);
+  }
+  static bool Before(std::uintptr_t a, std::uintptr_t limit) {
     return Backward ? a > limit : a < limit;
   }
 
-  SweepSpans spans_;
-  std::intptr_t plane_ = 0;
-  std::intptr_t frame_ = 0;
-  std::intptr_t channel_ = 0;
-  std::intptr_t all_ = 0;
+  SweepGeometry geometry_[N];
+  // With all of them 0, a null pointer is at the end.
+  std::uintptr_t plane_ = 0;
+  std::uintptr_t frame_ = 0;
+  std::uintptr_t channel_ = 0;
+  std::uintptr_t all_ = 0;
 };
 
 }  // namespace zuml_detail
@@ -92,9 +97,7 @@ class ZUML_API ZUMSweeperRect final : public ZUMSweeper<N> {
   void Next(ZUMGenericSweep<N>* sweep) override;
 
  private:
-  std::ptrdiff_t run_ = 0;
-  zuml_detail::SweepSteps steps_[N];
-  zuml_detail::SweepThresholds<false> thresholds_;
+  zuml_detail::SweepWalk<N, false> walk_;
 };
 
 template <int N>
@@ -106,9 +109,7 @@ class ZUML_API ZUMSweeperRectY final : public ZUMSweeperY<N> {
   void Next(ZUMGenericSweepY<N>* sweep) override;
 
  private:
-  std::ptrdiff_t run_ = 0;
-  zuml_detail::SweepSteps steps_[N];
-  zuml_detail::SweepThresholds<false> thresholds_;
+  zuml_detail::SweepWalk<N, false> walk_;
 };
 
 template <int N>
@@ -122,9 +123,7 @@ class ZUML_API ZUMSweeperCoordsRect final : public ZUMSweeperCoords<N> {
 
  private:
   ZUMBasePoint<int> begin_;
-  std::ptrdiff_t run_ = 0;
-  zuml_detail::SweepSteps steps_[N];
-  zuml_detail::SweepThresholds<false> thresholds_;
+  zuml_detail::SweepWalk<N, false> walk_;
 };
 
 template <int N>
@@ -137,9 +136,7 @@ class ZUML_API ZUMInvSweeperRect final : public ZUMInvSweeper<N> {
   void Previous(ZUMGenericInvSweep<N>* sweep) override;
 
  private:
-  std::ptrdiff_t run_ = 0;
-  zuml_detail::SweepSteps steps_[N];
-  zuml_detail::SweepThresholds<true> thresholds_;
+  zuml_detail::SweepWalk<N, true> walk_;
 };
 
 template <int N>
@@ -158,9 +155,7 @@ class ZUML_API ZUMContinuousSweeperRect final : public ZUMContinuousSweeper<N> {
   void Next(ZUMGenericContinuousSweep<N>* sweep) override;
 
  private:
-  std::ptrdiff_t run_[N] = {};
-  zuml_detail::SweepSteps steps_[N];
-  zuml_detail::SweepThresholds<false> thresholds_;
+  zuml_detail::SweepWalk<N, false> walk_;
 };
 
 using ZUMSweeperRect1 = ZUMSweeperRect<1>;

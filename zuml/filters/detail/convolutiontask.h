@@ -13,5 +13,7 @@ class CTaskConv final : public XQTask {
   const ZUMImage<InT>* source;
   const zuml_detail::Terms<OutT>* terms;
 
+  int Cost() const { return static_cast<int>(terms->offsets.size()); }
+
   void Run() override { zuml_detail::WriteWeightedSums(part, *result, *source, *terms); }
 };
