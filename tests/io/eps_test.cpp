@@ -47,16 +47,12 @@ TEST_F(EPS, FilesAreWrittenLineForLine) {
 // The picture is the raster's: what the region leaves of it is white.
 TEST_F(EPS, PixelsOutsideTheRegionAreWhite) {
   Random random(1);
-  for (const Layout layout : kLayouts) {
-    const auto image =
-        MakeRandomImage<ZUMByte>(random, ZUMRect(1, 1, 2, -1, 4, 300, 2, -1), 3, layout);
-    const ZUMRect raster(image.GetMPX(), image.GetMPY(), 2, -1, image.GetMPX() + image.GetXSz() - 1,
-                         image.GetMPY() + image.GetYSz() - 1, 2, -1);
-    EXPECT_EQ(Written(image), Written(MakeByPoint<ZUMByte>(
-                                  ZUMRoDRef(raster), 3, [&](int x, int y, int z, int t, int c) {
-                                    return image.InP(x, y, z, t) ? image(x, y, z, t, c) : 255;
-                                  })));
-  }
+  const ZUMRect box(1, 1, 2, -1, 4, 300, 2, -1), raster(-1, 0, 2, -1, 5, 303, 2, -1);
+  const auto image = MakeRandomImage<ZUMByte>(random, box, 3, Layout::kFramed);
+  const auto paper = [&](int x, int y, int z, int t, int c) {
+    return image.InP(x, y, z, t) ? image(x, y, z, t, c) : 255;
+  };
+  EXPECT_EQ(Written(image), Written(MakeByPoint<ZUMByte>(ZUMRoDRef(raster), 3, paper)));
 }
 
 }  // namespace

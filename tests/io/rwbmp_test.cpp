@@ -76,7 +76,8 @@ TEST_F(BMP, EveryDepthIsRead) {
     const ZUMImage<ZUMByte> read = ReadBytes(ZUMReadBMP, file);
     EXPECT_EQ(read.GetCSz(), channels);
     EXPECT_EQ(read.NPixels(), width * height);
-    EXPECT_EQ(std::memcmp(read.GetData(), pixels.data(), pixels.size()), 0) << file;
+    const auto* const data = static_cast<const char*>(read.GetData());
+    EXPECT_TRUE(std::equal(pixels.begin(), pixels.end(), data)) << file;
   }
 }
 

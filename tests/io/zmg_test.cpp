@@ -49,45 +49,40 @@ TEST(ZMG, FilesAreLaidOutAsDocumented) {
       Header({1, 2, 3, 4, 2, 4, 3, 5, 2, 1, 2, 3, 4, 0, 2, 2, 3, 1, 2, 2}) + Block(ZUMCopy(view)));
 }
 
-template <class P>
-class ZMGTypes : public testing::Test {};
-using AllTypes =
-    testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMSReal, ZUMReal, ZUMComplex, ZUMPointer>;
-TYPED_TEST_SUITE(ZMGTypes, AllTypes);
-
 // Several images in one stream, of all layouts and in both forms, and one without pixels.
-TYPED_TEST(ZMGTypes, ImagesComeBackFromOneStream) {
+template <class P>
+void ExpectBackFromOneStream() {
   Random random(2);
-  std::vector<ZUMImage<TypeParam>> images = {ZUMImage<TypeParam>()};
+  std::vector<ZUMImage<P>> images = {ZUMImage<P>()};
   for (const Layout layout : kLayouts) {
-    images.push_back(
-        MakeRandomImage<TypeParam>(random, MakeRandomBox(random, 9, 5, 3, 2), 2, layout));
+    images.push_back(MakeRandomImage<P>(random, MakeRandomBox(random, 9, 5, 3, 2), 2, layout));
   }
   for (const bool whole_raster : {false, true}) {
     std::stringstream stream;
     for (const auto& image : images) ZUMWriteZMG(image, stream, whole_raster);
     for (const auto& image : images) {
-      const ZUMImage<TypeParam> read = ZUMReadZMG(stream);
+      const ZUMImage<P> read = ZUMReadZMG(stream);
       EXPECT_TRUE(SameImage(read, image));
-      const ZUMRaster& kept = whole_raster || image.EmptyP() ? image : ZUMCopy(image);
-      EXPECT_EQ(read.GetSimpleRaster()->GetSimpleRasterSz(),
-                kept.GetSimpleRaster()->GetSimpleRasterSz());
-      EXPECT_EQ(std::tuple(read.GetMPX(), read.GetMPY(), read.GetMPC()),
-                std::tuple(kept.GetMPX(), kept.GetMPY(), kept.GetMPC()));
+      EXPECT_TRUE(image.EmptyP() || Written(read, true) == Written(image, whole_raster));
     }
     EXPECT_EQ(stream.get(), EOF);
   }
 }
 
+TEST(ZMG, ImagesComeBackFromOneStream) {
+#define ZUML_EXPECT(TYPE) ExpectBackFromOneStream<TYPE>();
+  ZUML_ALL_TYPES(ZUML_EXPECT)
+#undef ZUML_EXPECT
+}
+
 // A large block is made once its beginning has come, and filled as far as the stream goes.
 TEST(ZMG, LargeBlocksAreReadInPieces) {
   std::string bytes =
-      Header({0, 0, 0, 0, 8191, 8299, 0, 0, 1, 0, 0, 0, 0, 0, 1, 8192, 8300, 1, 1, 1});
-  bytes.resize(105 + (std::size_t{8192} * 8300));
-  for (std::size_t i = 105; i < bytes.size() - 999; ++i)
-    bytes[i] = static_cast<char>(i * 2654435761u >> 24);
-  const ZUMGenericImage image = Read(bytes.substr(0, bytes.size() - 999));
-  EXPECT_EQ(std::memcmp(image.GetData(), bytes.data() + 105, bytes.size() - 105), 0);
+      Header({0, 0, 0, 0, 1 << 27, 0, 0, 0, 1, 0, 0, 0, 0, 0, 1, (1 << 27) + 1, 1, 1, 1, 1});
+  for (int i = 0; i < 3'000'000; ++i) bytes += Bytes({i});
+  const ZUMGenericImage image = Read(bytes);
+  EXPECT_EQ(std::memcmp(image.GetData(), &bytes[105], 12'000'000), 0);
+  EXPECT_EQ(Block(image).find_first_not_of('\0', 12'000'000), std::string::npos);
 }
 
 TEST(ZMG, HeadersThatDescribeNoImageAreRefused) {
@@ -102,14 +97,12 @@ TEST(ZMG, HeadersThatDescribeNoImageAreRefused) {
   const Case cases[] = {
       {{}, ""},
       {{{8, 8}}, "unknown pixel type 8"},
-      {{{8, -1}}, "unknown pixel type -1"},
       {{{4, 4}}, outside},  // a region wider than the raster
       {{{9, 1}}, outside},  // a raster that begins behind the region
       {{{0, kLeast}}, beyond},
-      {{{14, 2}}, outside},   // more channels than stored
-      {{{13, -1}}, outside},  // a view behind them
-      {{{13, 1}}, outside},   // or before them
-      {{{14, kMost}, {13, kLeast}}, outside},
+      {{{14, 2}}, outside},             // more channels than stored
+      {{{13, -1}}, outside},            // a view behind them
+      {{{13, 1}}, outside},             // or before them
       {{{15, -4}, {16, -4}}, outside},  // a raster without pixels
       {{{15, kMost}, {16, kMost}, {17, kMost}, {18, kMost}, {19, kMost}}, beyond},
       {{{9, 1}, {15, kMost}}, beyond},  // coordinates past the last one
