@@ -1,29 +1,39 @@
 #pragma once
 
-#include <cstdlib>
+#include <vector>
 
+#include "tests/support/diagnostics.h"
+#include "tests/support/oddregion.h"
 #include "tests/support/tempfiles.h"
 #include "tests/support/testimages.h"
 
 namespace zuml_test {
 
-inline bool RunCommand(const std::string& command) {
-  return std::system(("{ " + command + "; } > /dev/null 2>&1").c_str()) == 0;
-}
-
-#define REQUIRE_PROGRAM(name) \
-  if (!RunCommand("command -v " name)) GTEST_SKIP() << name " is not installed"
-
-/// A test with a folder of its own.
+/// A test with a folder of its own and the reports kept. No file may stay open behind it.
 class FileTest : public testing::Test {
  protected:
+  ~FileTest() override { EXPECT_EQ(CountHandles(), handles_); }
+
   std::string Path(const std::string& name = "a") const { return folder_.Path(name); }
-  /// Runs a program whose arguments name files of the folder.
-  bool RunHere(const std::string& command) const {
-    return RunCommand("cd '" + folder_.Path() + "' && " + command);
+  /// What `read` makes of a file with these bytes.
+  template <class Read>
+  auto ReadBytes(Read read, const std::string& bytes) const {
+    return read(folder_.Write("a", bytes).c_str());
+  }
+  /// What the reader throws for files with these bytes: a text that ends in * goes on.
+  template <class Read>
+  void ExpectMessages(Read read,
+                      const std::vector<std::pair<std::string, std::string>>& cases) const {
+    for (const auto& [bytes, text] : cases) {
+      std::string message = MessageOf([&, &file = bytes] { ReadBytes(read, file); });
+      if (text.ends_with('*')) message = message.substr(0, text.size() - 1) + '*';
+      EXPECT_EQ(message, text);
+    }
   }
 
   TempFolder folder_;
+  CaptureDiagnostics diagnostics_;
+  const std::ptrdiff_t handles_ = CountHandles();
 };
 
 /// A file's picture: so wide, with its channels, the first pixel at (0,0).
@@ -31,7 +41,7 @@ inline ZUMRect PictureBox(int width, int height) {
   return {0, 0, 0, 0, width - 1, height - 1, 0, 0};
 }
 
-/// The image with its first pixel at (0,0).
+/// The first plane of the image with its first pixel at (0,0).
 template <class P>
 ZUMImage<P> AtOrigin(const ZUMImage<P>& image) {
   return MakeByPoint<P>(ZUMRoDRef(PictureBox(image.RoDXSz(), image.RoDYSz())), image.GetCSz(),

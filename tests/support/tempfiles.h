@@ -1,5 +1,5 @@
 /// Files for tests of readers and writers: a folder that goes away, whole files in one call,
-/// damaged copies of good files, the number of open handles, and what is reported meanwhile.
+/// damaged copies of good files, and the number of open handles.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,8 +10,6 @@
 #include <initializer_list>
 #include <iterator>
 #include <string>
-
-#include "zuml/core/xqdiagnostics.h"
 
 namespace zuml_test {
 
@@ -68,21 +66,5 @@ void ForEachCorruption(const std::string& bytes, std::size_t n, F f) {
     }
   }
 }
-
-/// Keeps what the library reports while the object lives.
-class CapturedDiagnostics {
- public:
-  CapturedDiagnostics()
-      : earlier_(XQSetDiagnosticOutput([this](const char* text) { text_ += text; })) {}
-  ~CapturedDiagnostics() { XQSetDiagnosticOutput(earlier_); }
-  CapturedDiagnostics(const CapturedDiagnostics&) = delete;
-  CapturedDiagnostics& operator=(const CapturedDiagnostics&) = delete;
-
-  const std::string& Text() const { return text_; }
-
- private:
-  std::string text_;
-  XQTextOutput earlier_;
-};
 
 }  // namespace zuml_test

@@ -7,7 +7,7 @@
 
 #include "zuml/core/xqexception.h"
 #include "zuml/io/detail/files.h"
-#include "zuml/io/detail/flatimage.h"
+#include "zuml/io/detail/interleave.h"
 #include "zuml/io/detail/realtext.h"
 
 namespace {

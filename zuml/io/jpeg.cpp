@@ -23,6 +23,7 @@ using zuml_detail::OpenFile;
 // Each pass of a progressive file goes over the whole picture, and may be a few bytes long. What
 // encoders write has about ten.
 constexpr int kMostScans = 100;
+constexpr int kMostScansOfLargePictures = 20;
 
 struct ErrorManager {
   jpeg_error_mgr standard;  // comes first: its address is what the codec knows
@@ -40,9 +41,14 @@ ErrorManager& GetErrors(j_common_ptr codec) { return *reinterpret_cast<ErrorMana
 void DropWarning(j_common_ptr) {}
 
 void StopAfterManyScans(j_common_ptr codec) {
-  if (reinterpret_cast<j_decompress_ptr>(codec)->input_scan_number <= kMostScans) return;
+  const auto& reader = *reinterpret_cast<j_decompress_ptr>(codec);
+  const bool large =
+      std::int64_t{reader.image_width} * reader.image_height * reader.num_components >
+      zuml_detail::kFreeBytes;
+  const int most = large ? kMostScansOfLargePictures : kMostScans;
+  if (reader.input_scan_number <= most) return;
   ErrorManager& errors = GetErrors(codec);
-  std::snprintf(errors.text, sizeof errors.text, "ReadJPEG: more than %d scans", kMostScans);
+  std::snprintf(errors.text, sizeof errors.text, "ReadJPEG: more than %d scans", most);
   std::longjmp(errors.out, 1);
 }
 

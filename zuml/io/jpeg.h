@@ -24,5 +24,6 @@ ZUML_API void ZUMWriteJPEG(const ZUMImage<ZUMByte>& image, const char* path, int
 /// the limits with %lld x %lld pixels with %d channels" for a picture that no block can hold,
 /// "ZUMReadJPEG: \"%s\" is too short for %lld x %lld pixels with %d channels" for one of more than
 /// 64 MiB whose file has less than a 2048th of its bytes, and "ReadJPEG: more than %d scans" for a
-/// progressive file of more than 100 passes. The codec's own errors are as for ZUMWriteJPEG.
+/// progressive file of more than 100 passes, or 20 over a picture of more than 64 MiB. The codec's
+/// own errors are as for ZUMWriteJPEG.
 ZUML_API ZUMImage<ZUMByte> ZUMReadJPEG(const char* path);

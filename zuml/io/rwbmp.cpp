@@ -11,7 +11,7 @@
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/io/detail/files.h"
-#include "zuml/io/detail/flatimage.h"
+#include "zuml/io/detail/interleave.h"
 
 namespace {
 
@@ -178,17 +178,7 @@ class RowReader {
   zuml_detail::ScratchBlock<unsigned char> band_;
 };
 
-// The first byte of a pixel is blue; a fourth one is dropped.
-template <int kPixelBytes>
-void SeparateColours(const unsigned char* __restrict from, std::ptrdiff_t n,
-                     ZUMByte* __restrict red, ZUMByte* __restrict green, ZUMByte* __restrict blue) {
-  for (std::ptrdiff_t x = 0; x < n; ++x) {
-    blue[x] = from[x * kPixelBytes];
-    green[x] = from[x * kPixelBytes + 1];
-    red[x] = from[x * kPixelBytes + 2];
-  }
-}
-
+// The first byte of a pixel is blue, the last channel; a fourth one is dropped.
 void UnpackRow(const unsigned char* from, int bits, const ZUMImage<ZUMByte>& image, int y) {
   const std::ptrdiff_t width = image.RoDXSz();
   ZUMByte* const first = &image(0, y);
@@ -202,10 +192,10 @@ void UnpackRow(const unsigned char* from, int bits, const ZUMImage<ZUMByte>& ima
       std::memcpy(first, from, static_cast<std::size_t>(width));
       break;
     case 24:
-      SeparateColours<3>(from, width, first, &image(0, y, 0, 0, 1), &image(0, y, 0, 0, 2));
+      zuml_detail::SplitChannels<3>(from, width, &image(0, y, 0, 0, 2), -image.GetChannelSz());
       break;
     default:
-      SeparateColours<4>(from, width, first, &image(0, y, 0, 0, 1), &image(0, y, 0, 0, 2));
+      zuml_detail::SplitChannels<4, 3>(from, width, &image(0, y, 0, 0, 2), -image.GetChannelSz());
   }
 }
 

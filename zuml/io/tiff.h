@@ -67,7 +67,8 @@ ZUML_API void ZUMWriteTIFF(const ZUMGenericImage& image, const char* path);
 ///   - "TIFF Error: %s %s", module and message, for what the codec reports, such as missing data
 ///   - "ZUMReadTIFF: \"%s\" is beyond the limits with %lld x %lld pixels with %d channels"
 ///   - "ZUMReadTIFF: \"%s\" is too short for %lld x %lld pixels with %d channels", for more than
-///     64 MiB out of a file of less than a 2048th of that (a 65536th for fax and rarer codecs)
+///     64 MiB out of a file of less than a 2048th of that (a 65536th for fax and rarer codecs); a
+///     row counts as 256 bytes at least
 ///   - "ZUMReadTIFF: the parts of \"%s\" overlap", where strips or tiles together claim more than
 ///     64 MiB and 16 times the file
 ///   - "ZUMReadTIFF: the samples of \"%s\" do not lie pixel by pixel", for subsampled colours

@@ -44,8 +44,7 @@ class ZUML_API CImageToWrite {
 /// A write that fails ends the work of this writer. "Error en FileWriter: " and the failure's text
 /// go to the diagnostics, no further file is written, images that wait are released and so is every
 /// one that still comes, and Wait no longer blocks. The diagnostics also tell when the thread
-/// begins
-/// ("Iniciar escritor en fichero") and ends ("Finalizar thread de escritura en fichero").
+/// begins ("Iniciar escritor en fichero") and ends ("Finalizar thread de escritura en fichero").
 ///
 /// All members may be called from any number of threads.
 class ZUML_API CAsyncImageWriter {

@@ -1,6 +1,8 @@
 /// What a header of a compressed picture may announce.
 #pragma once
 
+#include <algorithm>
+
 #include "zuml/core/xqexception.h"
 #include "zuml/io/detail/files.h"
 
@@ -8,6 +10,9 @@ namespace zuml_detail {
 
 // Deflate makes at most 1032 bytes of one, LZW about 1400, and JPEG about 1200.
 inline constexpr std::int64_t kMostExpansion = 2048;
+
+// A row takes the codecs as much time as some hundred bytes, even where it has one pixel.
+inline constexpr std::int64_t kRowCost = 256;
 
 /// A picture as its header tells it.
 struct AnnouncedPicture {
@@ -30,8 +35,9 @@ inline void RequirePicture(const char* operation, const char* path, const Announ
                       picture.channels);
   };
   if (bytes < 0) refuse("is beyond the limits with");
-  const bool small = bytes <= kFreeBytes && picture.decoded_bytes <= kFreeBytes;
-  if (!small && picture.decoded_bytes / most_expansion > file_bytes) refuse("is too short for");
+  const std::int64_t work = std::max(picture.decoded_bytes, picture.height * kRowCost);
+  const bool small = bytes <= kFreeBytes && work <= kFreeBytes;
+  if (!small && work / most_expansion > file_bytes) refuse("is too short for");
 }
 
 }  // namespace zuml_detail
