@@ -64,14 +64,12 @@ TYPED_TEST(Conversion, FollowsTheRuleOfEachPair) {
         if (y % 4 == 1 || random.Int(0, 3) != 0) return;
         image(x, y, p...) = Convert<P>(kSpecial[random.Int(0, std::size(kSpecial) - 1)]);
       });
-      const ZUMImage<P> before = ZUMCopy(image);
       const auto converted = image.operator ZUMImage<Q>();  // also to its own type
       EXPECT_TRUE(SameImage(
           converted, MakeByPoint<Q>(image, 2, [&](auto... p) { return Convert<Q>(image(p...)); })))
           << ZUMPixelTraits<Q>::kName;
       EXPECT_NE(converted.GetSimpleRaster(), image.GetSimpleRaster());
       EXPECT_EQ(converted.GetRasterSz(), 2LL * image.NPixels());
-      EXPECT_TRUE(SameImage(image, before));
     }
     EXPECT_EQ(ZUMImage<P>().operator ZUMImage<Q>().RoD(), ZUMEmptyRoD.RoD());
   });
@@ -84,11 +82,10 @@ TYPED_TEST(Conversion, SharesGenericImagesAndCopiesTypedOnes) {
     const auto pass = [](ZUMImage<Q> image) { return image; };
     const auto refer = [](const ZUMImage<Q>& image) { return image; };
     const ZUMImage<Q> copied = std::as_const(source), direct(source), temporary = Image(source);
-    ZUMImage<Q> assigned;
-    assigned = source;
-    for (const auto& image : {copied, direct, temporary, assigned, pass(source), refer(source)}) {
+    ZUMImage<Q> set;
+    set = source;
+    for (const auto& image : {copied, direct, temporary, set, pass(source), refer(source)}) {
       EXPECT_EQ(image.GetSimpleRaster() == source.GetSimpleRaster(), shares);
-      EXPECT_EQ(image.NPixels(), source.NPixels());
     }
   };
   const ZUMImage<TypeParam> image({0, 0, 0, 0, 3, 2, 0, 0}, 1, TypeParam());

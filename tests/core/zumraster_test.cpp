@@ -20,12 +20,10 @@ constexpr int kMax = std::numeric_limits<int>::max();
 TEST(ZUMRaster, IsMadeOverRegionsFramesAndBoxes) {
   const ZUMRect box(-3, 4, 1, -2, 1, 6, 2, 0), frame(1, 2, 0, 3, 4, 0, 5, 6);
   const ZUMRect empty(2, 5, 3, 4, 6, 4, 9, 9);
-  const ZUMRoDRect rod(box), none(empty);
   std::vector<ZUMShort> data(10 * 5 * 7 * 12 * 2);
   const auto check = [](const ZUMRaster& r, const Point& mp, const Point& s, void* pixels) {
     EXPECT_EQ(Point(r.GetMPX(), r.GetMPY(), r.GetMPZ(), r.GetMPT()), mp);
     EXPECT_EQ(Point(r.GetXSz(), r.GetYSz(), r.GetZSz(), r.GetTSz()), s);
-    EXPECT_EQ(r.GetCSz(), 2);
     EXPECT_EQ(r.GetFrameSz(), r.GetZSz() * r.GetPlaneSz());
     EXPECT_EQ(r.GetRasterSz(), 2LL * s.x * s.y * s.z * s.t);
     EXPECT_EQ(r.GetSimpleRaster()->GetSimpleRasterSz(), r.GetRasterSz());
@@ -35,12 +33,13 @@ TEST(ZUMRaster, IsMadeOverRegionsFramesAndBoxes) {
     EXPECT_FALSE(r.InRaster(begin + 2 * r.GetRasterSz()));
   };
   for (void* d : {static_cast<void*>(data.data()), static_cast<void*>(nullptr)}) {
-    check(ZUMRaster(rod, 2, ZUMShortPixel, d), box.begin, {5, 3, 2, 3}, d);
-    check(ZUMRaster(box, 2, ZUMShortPixel, d), box.begin, {5, 3, 2, 3}, d);
-    check(ZUMRaster(rod, frame, 2, ZUMShortPixel, d), {-4, 2, 1, -5}, {10, 5, 7, 12}, d);
-    check(ZUMRaster(none, 2, ZUMShortPixel, d), {}, {}, nullptr);
-    check(ZUMRaster(empty, 2, ZUMShortPixel, d), {}, {}, nullptr);
-    EXPECT_EQ(MessageOf([&] { ZUMRaster(none, frame, 2, ZUMShortPixel, d); }),
+    const auto make = [d](auto... shape) { return ZUMRaster(shape..., 2, ZUMShortPixel, d); };
+    check(make(ZUMRoDRect(box)), box.begin, {5, 3, 2, 3}, d);
+    check(make(box), box.begin, {5, 3, 2, 3}, d);
+    check(make(ZUMRoDRect(box), frame), {-4, 2, 1, -5}, {10, 5, 7, 12}, d);
+    check(make(ZUMRoDRect(empty)), {}, {}, nullptr);
+    check(make(empty), {}, {}, nullptr);
+    EXPECT_EQ(MessageOf([&] { make(ZUMRoDRect(empty), frame); }),
               "ZUMRaster: It is not allowed create a framed raster with an empty RoD");
   }
 }
@@ -51,11 +50,10 @@ TEST(ZUMRaster, RefusesBlocksThatCannotBeAddressed) {
     const auto text = MessageOf([&] { ZUMRaster(ZUMRoDRect(box), frame, csz, type); });
     EXPECT_NE(text.find(reason), std::string::npos) << text << reason;
   };
-  const ZUMRect none, ten(0, 0, 0, 0, 9, 9, 0, 0), large(0, 0, 0, 0, 9999, 9999, 0, 0);
-  const ZUMRect all(kMin, kMin, kMin, kMin, kMax, kMax, kMax, kMax);
+  const ZUMRect none, ten(0, 0, 0, 0, 9, 9, 0, 0);
   check({0, 0, 0, 0, 65535, 32767, 0, 0}, none, 1, ZUMBoolPixel, "65536 x 32768");
-  check(all, none, 0, ZUMBytePixel, "4294967296");
-  check(large, none, 22, ZUMBytePixel, "limit of 2147483647 bytes");
+  check({kMin, 0, 0, 0, kMax, 0, 0, 0}, none, 0, ZUMBytePixel, "4294967296");
+  check({0, 0, 0, 0, 65535, 65535, 65535, 65535}, none, 1, ZUMBoolPixel, "2147483647 bytes");
   check(ten, {kMax, 0, 0, 0, kMax, 0, 0, 0}, 1, ZUMBytePixel, "4294967304 x 10");
   check(ten, {0, -6, 0, 0, 0, -6, 0, 0}, 1, ZUMBytePixel, "negative size -2");
   check(ten, none, -1, ZUMBytePixel, "negative size -1");
@@ -71,13 +69,12 @@ TEST(ZUMRaster, AddressesEveryPixelOfAView) {
   Random random(5);
   for (int i = 0; i < 24; ++i) {
     const ZUMRoDRef rod = MakeRandomBox(random, 5, 4, 3, 3);
-    const ZUMRaster whole(rod.RoD(), ZUMRect(i % 3, 1, 0, 2, 0, i % 2, 1, 0), 5,
-                          static_cast<ZUMPixelType>(i % 8));
+    const auto type = static_cast<ZUMPixelType>(i % 8);
+    const ZUMRaster whole(rod.RoD(), ZUMRect(i % 3, 1, 0, 2, 0, i % 2, 1, 0), 5, type);
     ZUMRaster view(ZUMRaster(whole, 1, 4), 1, 2);
     // The distance of two pixels by the sizes of the block alone.
-    const auto distance = [&](int x, int y, int z, int t, int c) {
-      return (((c * view.GetTSz() + t) * view.GetZSz() + z) * view.GetYSz() + y) * view.GetXSz() +
-             x;
+    const auto distance = [&r = view](int x, int y, int z, int t, int c) {
+      return (((c * r.GetTSz() + t) * r.GetZSz() + z) * r.GetYSz() + y) * r.GetXSz() + x;
     };
     ForEachPoint(rod, 2, [&](int x, int y, int z, int t, int c) {
       char* const p = static_cast<char*>(view.PixelAddress(x, y, z, t, c));
@@ -95,13 +92,10 @@ TEST(ZUMRaster, AddressesEveryPixelOfAView) {
     EXPECT_EQ(view.ByteDisplacement(d, c), bytes);
     EXPECT_EQ(view.SymmetricDisplacement(d, c), -step);
     EXPECT_EQ(view.ByteSymmetricDisplacement(d.x, d.y, d.z, d.t, c), -bytes);
-    // Moving the origin moves the coordinates of all pixels; the channel stays.
-    const Point b = rod.Begin();
-    void* const p = view.PixelAddress(b, 1);
+    // Moving the origin moves the coordinates of all pixels.
+    void* const p = view.PixelAddress({}, 1);
     view.AddMP(d);
-    EXPECT_EQ(view.PixelAddress(b.x + d.x, b.y + d.y, b.z + d.z, b.t + d.t, 1), p);
-    view.SubMP(d);
-    EXPECT_EQ(view.PixelAddress(b, 1), p);
+    EXPECT_EQ(view.PixelAddress(d, 1), p);
   }
 }
 
