@@ -46,6 +46,12 @@ void ForEachValueType(F f) {
 #undef ZUML_CALL
 }
 
+// By name, the only way to convert to an image's own type.
+template <class Q, class P>
+ZUMImage<Q> ConvertImage(const ZUMImage<P>& image) {
+  return image.operator ZUMImage<Q>();
+}
+
 template <class P>
 class Conversion : public testing::Test {};
 TYPED_TEST_SUITE(Conversion, ValueTypes);
@@ -64,14 +70,14 @@ TYPED_TEST(Conversion, FollowsTheRuleOfEachPair) {
         if (y % 4 == 1 || random.Int(0, 3) != 0) return;
         image(x, y, p...) = Convert<P>(kSpecial[random.Int(0, std::size(kSpecial) - 1)]);
       });
-      const auto converted = image.operator ZUMImage<Q>();  // also to its own type
+      const auto converted = ConvertImage<Q>(image);
       EXPECT_TRUE(SameImage(
           converted, MakeByPoint<Q>(image, 2, [&](auto... p) { return Convert<Q>(image(p...)); })))
           << ZUMPixelTraits<Q>::kName;
       EXPECT_NE(converted.GetSimpleRaster(), image.GetSimpleRaster());
       EXPECT_EQ(converted.GetRasterSz(), 2LL * image.NPixels());
     }
-    EXPECT_EQ(ZUMImage<P>().operator ZUMImage<Q>().RoD(), ZUMEmptyRoD.RoD());
+    EXPECT_EQ(ConvertImage<Q>(ZUMImage<P>()).RoD(), ZUMEmptyRoD.RoD());
   });
 }
 
@@ -99,7 +105,7 @@ TEST(ConversionOfBool, ReadsBytesOtherThan0And1) {
   const ZUMImage<bool> image(rod, ZUMRaster(rod.RoD(), 1, ZUMBoolPixel, bytes));
   ForEachValueType([&]<class Q>(Q) {
     const auto expected = MakeByPoint<Q>(rod, 1, [&](int x, auto...) { return Q(bytes[x] != 0); });
-    EXPECT_TRUE(SameImage(image.operator ZUMImage<Q>(), expected));
+    EXPECT_TRUE(SameImage(ConvertImage<Q>(image), expected));
   });
 }
 
