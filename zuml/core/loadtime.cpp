@@ -20,7 +20,7 @@ ZUMImage<P> MakeUnit(const P (&values)[9]) {
 
 }  // namespace
 
-ZUML_FIRST ZUMRoDRef ZUMEmptyRoD(0, 1, 1, 1, -1, 0, 0, 0);
+ZUML_FIRST const ZUMRoDRef ZUMEmptyRoD(0, 1, 1, 1, -1, 0, 0, 0);
 
 ZUML_FIRST const ZUMImage<ZUMBool> ZUMCon8 =
     MakeUnit<ZUMBool>({true, true, true, true, false, true, true, true, true});

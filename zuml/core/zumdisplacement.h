@@ -14,13 +14,13 @@
 ///   planes, frames, channels of the element.
 /// - The offset of the pixel (x, y, z, t) in channel c of the element, counted from the first
 ///   channel of its view, is target.Displacement(x, y, z, t, c). It is computed in 64 bits.
-/// - The `Symmetric...` members negate the offsets, which visits the reflected element. Where the
-///   text says "channel by channel", each channel has an origin of its own: the offset is that of
-///   the pixel in channel 0, negated, and stays inside a channel. Otherwise the whole offset is
-///   negated, the distance between channels with it.
+/// - The `Symmetric...` members negate the offsets, which visits the reflected element. Those that
+///   negate channel by channel have an origin in each channel: the offset is that of the pixel in
+///   channel 0, negated, and stays inside a channel. The others negate the whole offset, the
+///   distance between channels with it.
 /// - An element of which nothing is taken throws XQException "<member> Un elemento estructurante ha
-///   de tener como mínimo un pixel", and the array is empty; <member> stands beside each member
-///   where it is not the member itself, and members without this test say so.
+///   de tener como mínimo un pixel" and leaves the array empty, unless a member allows it. Some
+///   members throw under the name of another, given beside them.
 ///
 /// Arrays are filled by the caller of an operation; its tasks only read them.
 #pragma once

@@ -53,7 +53,10 @@ class ZUML_API ZUMImage : public ZUMGenericImage {
   ZUMImage(const ZUMRoDRef& rod, int csz, PixT value);
   /// The same on a raster widened by a frame, whose pixels stay undefined.
   ZUMImage(const ZUMRoDRef& rod, const ZUMRect& frame, int csz, PixT value);
-  ZUMImage(const ZUMRect& box, int csz, PixT value) : ZUMImage(ZUMRoDRef(box), csz, value) {}
+  // A template, as whatever takes a box here: eight ints in braces make a region as well as a box,
+  // and the region is then taken.
+  template <std::same_as<ZUMRect> Box = ZUMRect>
+  ZUMImage(const Box& box, int csz, PixT value) : ZUMImage(ZUMRoDRef(box), csz, value) {}
   /// A new raster with the pixels from `data` in sweep order, or undefined if it is null. A literal
   /// 0 is a pixel value, never a null `data`.
   template <std::same_as<PixT> Q>
@@ -61,9 +64,8 @@ class ZUML_API ZUMImage : public ZUMGenericImage {
   template <std::same_as<PixT> Q>
   ZUMImage(const ZUMRoDRef& rod, const ZUMRect& frame, int csz, const Q* data)
       : ZUMImage(rod, frame, csz, Data{data}) {}
-  template <std::same_as<PixT> Q>
-  ZUMImage(const ZUMRect& box, int csz, const Q* data)
-      : ZUMImage(ZUMRoDRef(box), csz, Data{data}) {}
+  template <std::same_as<PixT> Q, std::same_as<ZUMRect> Box = ZUMRect>
+  ZUMImage(const Box& box, int csz, const Q* data) : ZUMImage(ZUMRoDRef(box), csz, Data{data}) {}
   /// A new raster with undefined pixels, for images whose pixels are all written next.
   // Templates, since a literal 0 would convert to a plain std::nullptr_t parameter.
   template <std::same_as<std::nullptr_t> Null>
@@ -136,7 +138,10 @@ class ZUML_API ZUMImage : public ZUMGenericImage {
   ZUMImage Channels(int first, int last) const;
   /// The part of the image inside the region, on the same raster.
   ZUMImage Cut(const ZUMRoDRef& rod) const;
-  ZUMImage Cut(const ZUMRect& box) const { return Cut(ZUMRoDRef(box)); }
+  template <std::same_as<ZUMRect> Box = ZUMRect>
+  ZUMImage Cut(const Box& box) const {
+    return Cut(ZUMRoDRef(box));
+  }
   /// The part at one Y, Z or T.
   ZUMImage Row(int y) const;
   ZUMImage Plane(int z) const;

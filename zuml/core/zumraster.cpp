@@ -8,7 +8,7 @@
 #include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
-#include "zuml/core/zumrod.h"
+#include "zuml/core/zumrodrect.h"
 
 namespace {
 
@@ -36,11 +36,6 @@ std::size_t RequireBlockSize(const Sizes& sizes, int pix_sz) {
     }
   }
   return static_cast<std::size_t>(bytes);
-}
-
-bool IsEmptyBox(const ZUMRect& box) {
-  return box.begin.x > box.end.x || box.begin.y > box.end.y || box.begin.z > box.end.z ||
-         box.begin.t > box.end.t;
 }
 
 // A linked block over a box with a frame. Sizes are formed in 64 bits: a box may span all 32-bit
@@ -156,10 +151,7 @@ ZUMRaster::ZUMRaster(const ZUMRegionOfDefinition& rod, const ZUMRect& frame, int
 }
 
 ZUMRaster::ZUMRaster(const ZUMRect& box, int csz, ZUMPixelType type, void* data)
-    : raster_(IsEmptyBox(box) ? MakeEmptyBlock(type) : MakeBlock(box, ZUMRect(), csz, type, data)),
-      csz_(csz) {
-  if (!IsEmptyBox(box)) mp_ = box.begin;
-}
+    : ZUMRaster(ZUMRoDRect(box), csz, type, data) {}
 
 ZUMRaster::ZUMRaster(const ZUMRaster& other)
     : raster_(other.raster_), csz_(other.csz_), mp_(other.mp_), mpc_(other.mpc_) {

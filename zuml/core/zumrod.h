@@ -226,4 +226,4 @@ ZUML_API ZUMRoDRef DisplaceSides(const ZUMRoDRef& rod, int bx, int by, int bz, i
 
 /// The region of default images: empty, with the corners (0,1,1,1) and (-1,0,0,0). It exists from
 /// load time.
-extern ZUML_API ZUMRoDRef ZUMEmptyRoD;
+extern ZUML_API const ZUMRoDRef ZUMEmptyRoD;
