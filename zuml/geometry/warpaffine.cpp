@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 #include "zuml/core/taskframe.h"

@@ -1,7 +1,7 @@
 /// The sampling rules that all warps share.
 #pragma once
 
-#include <typeinfo>
+#include <concepts>
 
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/zumimage.h"
@@ -12,8 +12,8 @@ namespace zuml_detail {
 /// Whether a position is far inside the 32-bit coordinates; false for NaN.
 inline bool IsCoordinate(double s) { return s > -2e9 && s < 2e9; }
 
-/// A half with the sign of the position. It takes the place of two branches of arithmetic, which the
-/// compiler would not make vectors of.
+/// A half with the sign of the position. It takes the place of two branches of arithmetic, which
+/// the compiler would not make vectors of.
 inline double HalfAwayFromZero(double s) { return s >= 0 ? 0.5 : -0.5; }
 
 /// The nearest integer, halves away from zero. The sum rounds as a double does: the greatest number
@@ -86,7 +86,12 @@ class WarpSource {
 
  private:
   bool Holds(int x, int y) const { return covered_ && image_.InP(x, y, test_z_, test_t_); }
-  P At(int x, int y) const { return image_(x, y, z_, t_, c_); }
+  // Bool pixels in wrapped memory may be any byte.
+  P At(int x, int y) const {
+    const P* pixel = &image_(x, y, z_, t_, c_);
+    if constexpr (std::same_as<P, ZUMBool>) return *reinterpret_cast<const ZUMByte*>(pixel) != 0;
+    return *pixel;
+  }
 
   const ZUMImage<P>& image_;
   int z_, t_, c_, test_z_, test_t_;
