@@ -112,22 +112,20 @@ TEST(Scale, RefusesInOrderAndSharesWhatItLeaves) {
   const ZUMImage<ZUMByte> odd(ZUMRoDRef(new OddRegion(box)), image);
   const std::string binning = "Solo puede hacerse binning ", zoom = "Solo puede hacerse zoom ";
   const std::string field = "ZUMInterlacedField";
-  const std::pair<std::string, std::string> refused[] = {
-      {binning + "para números positivos", MessageOf([&] { ZUMBinning2D(odd, 9, 0); })},
-      {binning + "NxN para rectangulares", MessageOf([&] { ZUMBinning2D(odd, 9, 9); })},
-      {binning + "NxN para imágenes con ancho mayor o igual que N",
-       MessageOf([&] { ZUMBinning2D(image, 4, 4); })},
-      {binning + "NxN para imágenes con alto mayor o igual que N",
-       MessageOf([&] { ZUMBinning2D(image, 3, 3); })},
-      {zoom + "para números positivos", MessageOf([&] { ZUMZoom2D(odd, 1, 0); })},
-      {zoom + "NxN para rectangulares", MessageOf([&] { ZUMZoom2D(odd, 1, 1); })},
-      {"ZUMZoom2D: coordinate 3 times 2000000000 is beyond 32 bits",
-       MessageOf([&] { ZUMZoom2D(image, 2000000000, 2); })},
-      {field + " only allows 2D images", MessageOf([&] { ZUMInterlacedField(deep, 6); })},
-      {field + ": Fields allowed are 0 (odd lines), 1 (even lines)",
-       MessageOf([&] { ZUMInterlacedField(image, 6); })},
-  };
-  for (const auto& [expected, message] : refused) EXPECT_EQ(message, expected);
+  const auto refused = [](const std::string& text, auto f) { EXPECT_EQ(MessageOf(f), text); };
+  refused(binning + "para números positivos", [&] { ZUMBinning2D(odd, 9, 0); });
+  refused(binning + "NxN para rectangulares", [&] { ZUMBinning2D(odd, 9, 9); });
+  refused(binning + "NxN para imágenes con ancho mayor o igual que N",
+          [&] { ZUMBinning2D(image, 4, 4); });
+  refused(binning + "NxN para imágenes con alto mayor o igual que N",
+          [&] { ZUMBinning2D(image, 3, 3); });
+  refused(zoom + "para números positivos", [&] { ZUMZoom2D(odd, 1, 0); });
+  refused(zoom + "NxN para rectangulares", [&] { ZUMZoom2D(odd, 1, 1); });
+  refused("ZUMZoom2D: coordinate 3 times 2000000000 is beyond 32 bits",
+          [&] { ZUMZoom2D(image, 2000000000, 2); });
+  refused(field + " only allows 2D images", [&] { ZUMInterlacedField(deep, 6); });
+  refused(field + ": Fields allowed are 0 (odd lines), 1 (even lines)",
+          [&] { ZUMInterlacedField(image, 6); });
   EXPECT_EQ(ZUMBinning2D(image, 1, 1).GetData(), image.GetData());
   EXPECT_EQ(ZUMZoom2D(image, 1, 1).GetData(), image.GetData());
   EXPECT_EQ(ZUMInterlacedField(none, 9).GetSimpleRaster(), none.GetSimpleRaster());

@@ -136,20 +136,14 @@ TEST(Warp, EmptyAndRefused) {
   EXPECT_EQ(ZUMWarpAffine2D(none, image, m, kRules[1], 3)(2, 2), 3);
   EXPECT_TRUE(ZUMWarpAffine2D(image, none, m, kRules[0], 3).EmptyP());
   EXPECT_EQ(ZUMWarp2D(none, image, q, kRules[0], 3)(2, 2), 3);
-  const std::pair<std::string, std::string> refused[] = {
-      {"ZUMWarpAffine2D", MessageOf([&] { ZUMWarpAffine2D(image, image, m, unknown, 0); })},
-      {"ZUMWarp2D", MessageOf([&] { ZUMWarp2D(image, image, q, unknown, 0); })},
-      {"ZUMCartesianToPolarIm", MessageOf([&] {
-         ZUMCartesianToPolarIm(image, {0, 0}, 1, 1, unknown, 0);
-       })},
-      {"ZUMPolarToCartesianIm", MessageOf([&] { ZUMPolarToCartesianIm(image, 1, unknown, 0); })}};
-  for (const auto& [operation, message] : refused) {
-    EXPECT_EQ(message, operation + ": Unknown interpolation method");
-  }
-  EXPECT_EQ(MessageOf([&] {
-              ZUMCartesianToPolarIm(image, {0, 0}, 1, 1e-300, kRules[0], 0);
-            }),
-            "ZUMCartesianToPolarIm: a step of 1e-300 makes too many angles");
+  const auto refused = [](const std::string& text, auto f) { EXPECT_EQ(MessageOf(f), text); };
+  const std::string method = ": Unknown interpolation method", polar = "ZUMCartesianToPolarIm";
+  refused("ZUMWarpAffine2D" + method, [&] { ZUMWarpAffine2D(image, image, m, unknown, 0); });
+  refused("ZUMWarp2D" + method, [&] { ZUMWarp2D(image, image, q, unknown, 0); });
+  refused(polar + method, [&] { ZUMCartesianToPolarIm(image, {}, 1, 1, unknown, 0); });
+  refused("ZUMPolarToCartesianIm" + method, [&] { ZUMPolarToCartesianIm(image, 1, unknown, 0); });
+  refused(polar + ": a step of 1e-300 makes too many angles",
+          [&] { ZUMCartesianToPolarIm(image, {}, 1, 1e-300, kRules[0], 0); });
 }
 
 template <class P>
