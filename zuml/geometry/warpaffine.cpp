@@ -2,6 +2,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <concepts>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+#include <typeinfo>
 #include <vector>
 
 #include "zuml/core/taskframe.h"
@@ -81,6 +86,46 @@ Range FindInside(Range range, const double* v, double add, Below below, Above ab
   return {first, std::max(first, last)};
 }
 
+// A line is warped in stretches: first the places of all source pixels, then the pixels, so that
+// the compiler makes vectors of all but the reads themselves.
+constexpr int kStretch = 128;
+
+// The type in which pixels are read: bool pixels are bytes.
+template <class P>
+using Stored = std::conditional_t<std::same_as<P, ZUMBool>, ZUMByte, P>;
+
+// The source's pixels at one Z, T and channel.
+template <class P>
+struct SourceLines {
+  const Stored<P>* origin;  // the pixel at `begin`
+  int pitch;
+  ZUMBasePoint<int> begin;
+
+  std::int32_t GetOffset(int x, int y) const { return (y - begin.y) * pitch + (x - begin.x); }
+};
+
+// One coordinate of the source positions of a stretch.
+struct Positions {
+  const double* by_x;
+  double by_y;
+
+  double operator[](int i) const { return by_x[i] + by_y; }
+};
+
+// The value between four pixels, by weights from 0 to 1. Between integers it is one that 32 bits
+// hold, so that the conversion needs no test.
+template <class P>
+Stored<P> InterpolateStored(Stored<P> p00, Stored<P> p10, Stored<P> p01, Stored<P> p11, double fx,
+                            double fy) {
+  if constexpr (std::same_as<P, ZUMBool>) {
+    return Interpolate(p00 != 0, p10 != 0, p01 != 0, p11 != 0, fx, fy) != 0;
+  } else if constexpr (std::integral<P>) {
+    return static_cast<P>(static_cast<std::int32_t>(Interpolate(p00, p10, p01, p11, fx, fy)));
+  } else {
+    return Interpolate(p00, p10, p01, p11, fx, fy);
+  }
+}
+
 // What both interpolations share: the walk over the part, and the stretch of each line that has a
 // source, where pixels are read without a test.
 template <class P>
@@ -122,10 +167,13 @@ class WarpAffineBase : public XQTask {
       }
       std::fill(to, to + inside.first, default_value);
       if (inside.first < inside.last) {
-        const P* origin = &(*image)(box.begin.x, box.begin.y, z, t, c);
-        const auto pitch = static_cast<std::ptrdiff_t>(image->GetLineSz());
-        for (int i = inside.first; i < inside.last; ++i) {
-          to[i] = rule.Read(origin, pitch, box.begin, sx[i] + add_x, sy[i] + add_y);
+        const SourceLines<P> lines{
+            reinterpret_cast<const Stored<P>*>(&(*image)(box.begin.x, box.begin.y, z, t, c)),
+            static_cast<int>(image->GetLineSz()), box.begin};
+        for (int i = inside.first; i < inside.last; i += kStretch) {
+          const int count = std::min(kStretch, inside.last - i);
+          rule.Read(reinterpret_cast<Stored<P>*>(to + i), lines, {sx + i, add_x}, {sy + i, add_y},
+                    count);
         }
       }
       std::fill(to + inside.last, to + n, default_value);
@@ -144,9 +192,12 @@ struct NearestRule {
   static P Tested(const WarpSource<P>& source, double sx, double sy, P default_value) {
     return source.Nearest(sx, sy, default_value);
   }
-  static P Read(const P* origin, std::ptrdiff_t pitch, const ZUMBasePoint<int>& begin, double sx,
-                double sy) {
-    return origin[(RoundCoordinate(sy) - begin.y) * pitch + (RoundCoordinate(sx) - begin.x)];
+  static void Read(Stored<P>* to, const SourceLines<P>& lines, Positions sx, Positions sy, int n) {
+    std::int32_t offsets[kStretch];
+    for (int i = 0; i < n; ++i) {
+      offsets[i] = lines.GetOffset(RoundCoordinate(sx[i]), RoundCoordinate(sy[i]));
+    }
+    for (int i = 0; i < n; ++i) to[i] = lines.origin[offsets[i]];
   }
 };
 
@@ -161,11 +212,26 @@ struct LinearRule {
   static P Tested(const WarpSource<P>& source, double sx, double sy, P default_value) {
     return source.template Linear<PairAround>(sx, sy, default_value);
   }
-  static P Read(const P* origin, std::ptrdiff_t pitch, const ZUMBasePoint<int>& begin, double sx,
-                double sy) {
-    const Neighbours x = PairAround::Of(sx), y = PairAround::Of(sy);
-    const P* p = origin + (y.first - begin.y) * pitch + (x.first - begin.x);
-    return Interpolate(p[0], p[1], p[pitch], p[pitch + 1], x.weight, y.weight);
+  static void Read(Stored<P>* to, const SourceLines<P>& lines, Positions sx, Positions sy, int n) {
+    std::int32_t offsets[kStretch];
+    double x_weights[kStretch], y_weights[kStretch];
+    for (int i = 0; i < n; ++i) {
+      const Neighbours x = PairAround::Of(sx[i]), y = PairAround::Of(sy[i]);
+      offsets[i] = lines.GetOffset(x.first, y.first);
+      x_weights[i] = x.weight;
+      y_weights[i] = y.weight;
+    }
+    // The pairs of the upper and the lower line.
+    Stored<P> upper[2 * kStretch], lower[2 * kStretch];
+    for (int i = 0; i < n; ++i) {
+      const Stored<P>* pair = lines.origin + offsets[i];
+      std::memcpy(upper + 2 * i, pair, 2 * sizeof(P));
+      std::memcpy(lower + 2 * i, pair + lines.pitch, 2 * sizeof(P));
+    }
+    for (int i = 0; i < n; ++i) {
+      to[i] = InterpolateStored<P>(upper[2 * i], upper[2 * i + 1], lower[2 * i], lower[2 * i + 1],
+                                   x_weights[i], y_weights[i]);
+    }
   }
 
  private:

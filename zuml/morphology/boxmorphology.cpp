@@ -11,16 +11,61 @@
 #include "zuml/morphology/detail/lines.h"
 
 using zuml_detail::Axis;
+using zuml_detail::BoxTasks;
 using zuml_detail::Direction;
 using zuml_detail::Greatest;
 using zuml_detail::kAxes;
 using zuml_detail::Least;
 using zuml_detail::Step;
+using zuml_detail::Stored;
 
-class CTaskDilateAxis final : public zuml_detail::ElementFoldTask<ZUMReal, Greatest> {};
-class CTaskErodeAxis final : public zuml_detail::ElementFoldTask<ZUMReal, Least> {};
+// The passes over a box, plain and at the border. Bool images are folded as bytes.
+template <class P>
+class CTaskDilateX final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateY final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateZ final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateT final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateExX final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateExY final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateExZ final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskDilateExT final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeX final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeY final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeZ final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeT final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeExX final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeExY final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeExZ final : public zuml_detail::FoldTask {};
+template <class P>
+class CTaskErodeExT final : public zuml_detail::FoldTask {};
 
 namespace {
+
+// The task classes of an order.
+template <class Order, class S>
+using PlainTasks =
+    std::conditional_t<std::is_same_v<Order, Greatest>,
+                       BoxTasks<CTaskDilateX<S>, CTaskDilateY<S>, CTaskDilateZ<S>, CTaskDilateT<S>>,
+                       BoxTasks<CTaskErodeX<S>, CTaskErodeY<S>, CTaskErodeZ<S>, CTaskErodeT<S>>>;
+template <class Order, class S>
+using ExTasks = std::conditional_t<
+    std::is_same_v<Order, Greatest>,
+    BoxTasks<CTaskDilateExX<S>, CTaskDilateExY<S>, CTaskDilateExZ<S>, CTaskDilateExT<S>>,
+    BoxTasks<CTaskErodeExX<S>, CTaskErodeExY<S>, CTaskErodeExZ<S>, CTaskErodeExT<S>>>;
 
 void RequireBox(const char* operation, const ZUMRect& box) {
   for (const Axis axis : kAxes) {
@@ -51,58 +96,62 @@ ZUMRect MakeWindow(const ZUMRect& box, Direction direction) {
   return window;
 }
 
-// Calls pass(steps) for each axis on which the window has an extent; the steps ascend.
-template <class Pass>
+// Calls pass<Task>(steps) for each axis on which the window has an extent; the steps ascend.
+template <class Tasks, class Pass>
 void ForEachAxis(const ZUMRect& window, Pass pass) {
-  for (const Axis axis : kAxes) {
-    if (window.begin.*axis == window.end.*axis) continue;
+  const auto along = [&]<class Task>(Axis axis) {
+    if (window.begin.*axis == window.end.*axis) return;
     std::vector<Step> steps;
     for (int k = window.begin.*axis; k <= window.end.*axis; ++k) {
       Step step;
       step.*axis = k;
       steps.push_back(step);
     }
-    pass(steps);
-  }
+    pass.template operator()<Task>(steps);
+  };
+  along.template operator()<typename Tasks::X>(&Step::x);
+  along.template operator()<typename Tasks::Y>(&Step::y);
+  along.template operator()<typename Tasks::Z>(&Step::z);
+  along.template operator()<typename Tasks::T>(&Step::t);
 }
-
-template <class Order>
-using AxisTask =
-    std::conditional_t<std::is_same_v<Order, Greatest>, CTaskDilateAxis, CTaskErodeAxis>;
 
 template <class Order, class P>
 ZUMImage<P> FoldPlain(const ZUMImage<P>& image, const ZUMRect& box, Direction direction) {
+  using Tasks = PlainTasks<Order, Stored<P>>;
   const ZUMRect window = MakeWindow(box, direction);
+  if (window == ZUMRect()) return ZUMCopy(image);
   if constexpr (std::is_integral_v<P>) {
-    return zuml_detail::FoldBox<P, Order>(
-        image, zuml_detail::ShrinkRegion(image, window, Direction::kDirect), window);
+    const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, window, Direction::kDirect);
+    return zuml_detail::FoldBox<Tasks, Order>(image, rod, window);
   } else {
     ZUMImage<P> folded = image;
-    ForEachAxis(window, [&](const std::vector<Step>& steps) {
+    ForEachAxis<Tasks>(window, [&]<class Task>(const std::vector<Step>& steps) {
       const ZUMRect bounds(steps.front(), steps.back());
       const ZUMRoDRef rod = zuml_detail::ShrinkRegion(folded, bounds, Direction::kDirect);
-      folded = zuml_detail::FoldElement<AxisTask<Order>>(folded, rod, steps, true, nullptr);
+      folded = zuml_detail::FoldElement<Task, Order, P>(folded, rod, steps, true, nullptr);
     });
-    return window == ZUMRect() ? ZUMCopy(image) : folded;
+    return folded;
   }
 }
 
 // `own`: a pixel begins with its own value, otherwise with the least value of the type.
 template <class Order, class P>
 ZUMImage<P> FoldEx(const ZUMImage<P>& image, const ZUMRect& box, Direction direction, bool own) {
+  using Tasks = ExTasks<Order, Stored<P>>;
   const ZUMRect window = MakeWindow(box, direction);
+  if (window == ZUMRect()) return ZUMCopy(image);
   if constexpr (std::is_integral_v<P>) {
-    return zuml_detail::FoldBox<P, Order>(image, image, window);
+    return zuml_detail::FoldBox<Tasks, Order>(image, image, window);
   } else {
     const P lowest = std::numeric_limits<P>::lowest();
     ZUMImage<P> folded = image;
-    ForEachAxis(window, [&](std::vector<Step> steps) {
+    ForEachAxis<Tasks>(window, [&]<class Task>(std::vector<Step> steps) {
       if (own) steps.push_back(Step(0, 0));
       std::reverse(steps.begin(), steps.end());
-      folded = zuml_detail::FoldElement<AxisTask<Order>>(folded, folded, steps, false,
-                                                         own ? nullptr : &lowest);
+      folded = zuml_detail::FoldElement<Task, Order>(folded, folded, steps, false,
+                                                     own ? nullptr : &lowest);
     });
-    return window == ZUMRect() ? ZUMCopy(image) : folded;
+    return folded;
   }
 }
 

@@ -11,9 +11,10 @@
 /// - Reals are compared strictly along each axis, from its least coordinate on in the plain forms
 ///   and from its greatest in the `Ex` forms: a NaN stays where it comes first.
 ///
-/// The cost a pixel does not depend on the box for integer types. Tasks: CTaskDilateXY and
-/// CTaskErodeXY with both axes in one pass, CTaskDilateZ, CTaskErodeZ, CTaskDilateT, CTaskErodeT;
-/// for reals CTaskDilateAxis and CTaskErodeAxis.
+/// The cost a pixel does not depend on the box for integer types. Tasks: CTaskDilateX,
+/// CTaskDilateY, CTaskDilateZ, CTaskDilateT and the same with CTaskErode; in the `Ex` forms
+/// CTaskDilateExX and so on, CTaskErodeExX and so on. Of integer types the pass along Y folds along
+/// X too.
 #pragma once
 
 #include "zuml/core/export.h"

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "zuml/algebra/frames.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"

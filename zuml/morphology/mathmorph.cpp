@@ -1,5 +1,9 @@
 #include "zuml/morphology/mathmorph.h"
 
+#include <cstdlib>
+#include <type_traits>
+#include <vector>
+
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/morphology/detail/boxfold.h"
 #include "zuml/morphology/detail/elementfold.h"
@@ -13,19 +17,27 @@ using zuml_detail::Step;
 using zuml_detail::Stored;
 
 template <class P>
-class CTaskDilate final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+class CTaskDilate final : public zuml_detail::FoldTask {};
 template <class P>
-class CTaskErode final : public zuml_detail::ElementFoldTask<P, Least> {};
+class CTaskErode final : public zuml_detail::FoldTask {};
+// Bools and bytes under elements that keep most of their pixels when they move along X.
+class CTaskDilateBool final : public zuml_detail::FoldTask {};
+class CTaskErodeBool final : public zuml_detail::FoldTask {};
+class CTaskDilateByte final : public zuml_detail::FoldTask {};
+class CTaskErodeByte final : public zuml_detail::FoldTask {};
 template <class P>
-class CTaskDilateEx final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+class CTaskDilateEx final : public zuml_detail::FoldTask {};
 template <class P>
-class CTaskErodeEx final : public zuml_detail::ElementFoldTask<P, Least> {};
+class CTaskErodeEx final : public zuml_detail::FoldTask {};
 template <class P>
-class CTaskMinAddEx final : public zuml_detail::ElementFoldTask<P, Greatest> {};
+class CTaskMinAddEx final : public zuml_detail::FoldTask {};
 template <class P>
-class CTaskMinSubEx final : public zuml_detail::ElementFoldTask<P, Least> {};
+class CTaskMinSubEx final : public zuml_detail::FoldTask {};
 
 namespace {
+
+template <class Order, class Dilates, class Erodes>
+using ByOrder = std::conditional_t<std::is_same_v<Order, Greatest>, Dilates, Erodes>;
 
 // Whether the steps, all different, fill their bounds.
 bool BoxP(const std::vector<Step>& steps) {
@@ -37,7 +49,32 @@ bool BoxP(const std::vector<Step>& steps) {
   return points == static_cast<double>(steps.size());
 }
 
+// Whether an element that moves by one pixel along X keeps more pixels than it takes on: these are
+// the first ones of its runs.
+bool SlidesP(const std::vector<Step>& steps) {
+  std::size_t entering = 1;
+  for (std::size_t i = 1; i < steps.size(); ++i) {
+    const Step &a = steps[i - 1], &b = steps[i];
+    const bool same_line = a.y == b.y && a.z == b.z && a.t == b.t;
+    if (!same_line || std::abs(a.x - b.x) != 1) ++entering;
+  }
+  return steps.size() > 2 * entering;
+}
+
+// Folds as a box what fills its bounds, where the order plays no role.
 template <class Task, class Order, class P>
+ZUMImage<P> FoldSteps(const ZUMImage<P>& image, const ZUMRoDRef& rod,
+                      const std::vector<Step>& steps, bool inside) {
+  if constexpr (std::is_integral_v<P>) {
+    if (BoxP(steps)) {
+      using Tasks = zuml_detail::BoxTasks<Task, Task, Task, Task>;
+      return zuml_detail::FoldBox<Tasks, Order>(image, rod, zuml_detail::BoundsOf(steps));
+    }
+  }
+  return zuml_detail::FoldElement<Task, Order, P>(image, rod, steps, inside, nullptr);
+}
+
+template <class Order, class P>
 ZUMImage<P> FoldPlain(const char* operation, const ZUMImage<P>& image,
                       const ZUMImage<ZUMBool>& element, Direction direction) {
   zuml_detail::RequireSingleChannelElement(operation, element);
@@ -49,11 +86,14 @@ ZUMImage<P> FoldPlain(const char* operation, const ZUMImage<P>& image,
   }
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), direction);
   const std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
-  if constexpr (std::is_integral_v<P>) {
-    if (BoxP(steps))
-      return zuml_detail::FoldBox<P, Order>(image, rod, zuml_detail::BoundsOf(steps));
+  using Walk = ByOrder<Order, CTaskDilate<P>, CTaskErode<P>>;
+  if constexpr (sizeof(P) == 1) {
+    using Slide = std::conditional_t<std::is_same_v<P, ZUMBool>,
+                                     ByOrder<Order, CTaskDilateBool, CTaskErodeBool>,
+                                     ByOrder<Order, CTaskDilateByte, CTaskErodeByte>>;
+    if (SlidesP(steps)) return FoldSteps<Slide, Order>(image, rod, steps, true);
   }
-  return zuml_detail::FoldElement<Task>(image, rod, steps, true, nullptr);
+  return FoldSteps<Walk, Order>(image, rod, steps, true);
 }
 
 template <class Task, class Order, class P>
@@ -63,16 +103,11 @@ ZUMImage<P> FoldEx(const char* operation, const ZUMImage<P>& image,
   std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
   if (!zuml_detail::OriginP(element)) {
     const Stored<P> start = zuml_detail::FindStart<Order>(image);
-    return zuml_detail::FoldElement<Task>(image, image, steps, false, &start);
+    return zuml_detail::FoldElement<Task, Order>(image, image, steps, false, &start);
   }
-  if constexpr (std::is_integral_v<P>) {
-    if (BoxP(steps)) {
-      return zuml_detail::FoldBox<P, Order>(image, image, zuml_detail::BoundsOf(steps));
-    }
-  } else {
-    steps.insert(steps.begin(), Step(0, 0));  // the pixel's own value comes first
-  }
-  return zuml_detail::FoldElement<Task>(image, image, steps, false, nullptr);
+  // The pixel's own value comes first.
+  if constexpr (!std::is_integral_v<P>) steps.insert(steps.begin(), Step(0, 0));
+  return FoldSteps<Task, Order>(image, image, steps, false);
 }
 
 // The plain forms of bool images are direct throughout.
@@ -84,22 +119,22 @@ constexpr Direction kPlainDirection =
 
 template <ZUMScalarPixel P>
 ZUMImage<P> ZUMDilate(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
-  return FoldPlain<CTaskDilate<P>, Greatest>("ZUMDilate", image, element, kPlainDirection<P>);
+  return FoldPlain<Greatest>("ZUMDilate", image, element, kPlainDirection<P>);
 }
 
 template <ZUMScalarPixel P>
 ZUMImage<P> ZUMErode(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
-  return FoldPlain<CTaskErode<P>, Least>("ZUMErode", image, element, kPlainDirection<P>);
+  return FoldPlain<Least>("ZUMErode", image, element, kPlainDirection<P>);
 }
 
 template <ZUMScalarPixel P>
 ZUMImage<P> ZUMMinAdd(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
-  return FoldPlain<CTaskDilate<P>, Greatest>("ZUMMinAdd", image, element, Direction::kDirect);
+  return FoldPlain<Greatest>("ZUMMinAdd", image, element, Direction::kDirect);
 }
 
 template <ZUMScalarPixel P>
 ZUMImage<P> ZUMMinSub(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
-  return FoldPlain<CTaskErode<P>, Least>("ZUMMinSub", image, element, Direction::kDirect);
+  return FoldPlain<Least>("ZUMMinSub", image, element, Direction::kDirect);
 }
 
 template <ZUMScalarPixel P>

@@ -23,8 +23,9 @@
 /// All throw XQException "ZUMDilate: Multichannel structuring elements are not allowed" with the
 /// function's own name. The cost a pixel is a vector's share of one step for each pixel of the
 /// element, for integer types of at most two for each run of them along X; an element that fills
-/// its box costs what the box does. Tasks: CTaskDilate, CTaskErode; CTaskDilateEx, CTaskErodeEx,
-/// CTaskMinAddEx, CTaskMinSubEx.
+/// its box costs what the box does. Tasks: CTaskDilate, CTaskErode, for bool and byte images under
+/// elements of long runs along X CTaskDilateBool, CTaskErodeBool, CTaskDilateByte, CTaskErodeByte;
+/// CTaskDilateEx, CTaskErodeEx, CTaskMinAddEx, CTaskMinSubEx.
 #pragma once
 
 #include "zuml/core/export.h"

@@ -1,7 +1,7 @@
 /// The sampling rules that all warps share.
 #pragma once
 
-#include <typeinfo>
+#include <concepts>
 
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/zumimage.h"
@@ -12,9 +12,13 @@ namespace zuml_detail {
 /// Whether a position is far inside the 32-bit coordinates; false for NaN.
 inline bool IsCoordinate(double s) { return s > -2e9 && s < 2e9; }
 
+/// A half with the sign of the position. It takes the place of two branches of arithmetic, which
+/// the compiler would not make vectors of.
+inline double HalfAwayFromZero(double s) { return s >= 0 ? 0.5 : -0.5; }
+
 /// The nearest integer, halves away from zero. The sum rounds as a double does: the greatest number
 /// below 0.5 gives 1.
-inline int RoundCoordinate(double s) { return static_cast<int>(s >= 0 ? s + 0.5 : s - 0.5); }
+inline int RoundCoordinate(double s) { return static_cast<int>(s + HalfAwayFromZero(s)); }
 
 /// The two neighbours of a position and the weight of the second.
 struct Neighbours {
@@ -26,9 +30,10 @@ struct Neighbours {
 /// Below 0 the pair lies around the position as it does above 0.
 struct PairAround {
   static Neighbours Of(double s) {
-    const int cut = static_cast<int>(s);
-    const int first = s >= 0 ? cut : cut - 1;
-    return {first, first + 1, s - first};
+    // The position cut toward zero, less 1 below 0.
+    const double lower = static_cast<int>(s) - 0.5 + HalfAwayFromZero(s);
+    const int first = static_cast<int>(lower);
+    return {first, first + 1, s - lower};
   }
 };
 
@@ -41,13 +46,10 @@ struct PairFromZero {
 };
 
 /// The value between four pixels, along X first.
-template <class P>
-P Interpolate(P p00, P p10, P p01, P p11, double fx, double fy) {
-  const double v00 = static_cast<double>(p00), v10 = static_cast<double>(p10);
-  const double v01 = static_cast<double>(p01), v11 = static_cast<double>(p11);
-  const double a = v00 + (v10 - v00) * fx;
-  const double b = v01 + (v11 - v01) * fx;
-  return ZUMTruncate<P>(a + (b - a) * fy);
+inline double Interpolate(double p00, double p10, double p01, double p11, double fx, double fy) {
+  const double a = p00 + (p10 - p00) * fx;
+  const double b = p01 + (p11 - p01) * fx;
+  return a + (b - a) * fy;
 }
 
 /// The source of a warp at one Z, T and channel, tested pixel by pixel.
@@ -76,13 +78,20 @@ class WarpSource {
         !Holds(x.second, y.second)) {
       return default_value;
     }
-    return Interpolate(At(x.first, y.first), At(x.second, y.first), At(x.first, y.second),
-                       At(x.second, y.second), x.weight, y.weight);
+    const auto at = [this](int px, int py) { return static_cast<double>(At(px, py)); };
+    return ZUMTruncate<P>(Interpolate(at(x.first, y.first), at(x.second, y.first),
+                                      at(x.first, y.second), at(x.second, y.second), x.weight,
+                                      y.weight));
   }
 
  private:
   bool Holds(int x, int y) const { return covered_ && image_.InP(x, y, test_z_, test_t_); }
-  P At(int x, int y) const { return image_(x, y, z_, t_, c_); }
+  // Bool pixels in wrapped memory may be any byte.
+  P At(int x, int y) const {
+    const P* pixel = &image_(x, y, z_, t_, c_);
+    if constexpr (std::same_as<P, ZUMBool>) return *reinterpret_cast<const ZUMByte*>(pixel) != 0;
+    return *pixel;
+  }
 
   const ZUMImage<P>& image_;
   int z_, t_, c_, test_z_, test_t_;

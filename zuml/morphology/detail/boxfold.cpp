@@ -4,9 +4,7 @@
 #include <type_traits>
 #include <vector>
 
-#include "zuml/core/taskframe.h"
 #include "zuml/core/xqmemory.h"
-#include "zuml/morphology/detail/lines.h"
 
 using zuml_detail::Axis;
 using zuml_detail::FoldWindows;
@@ -231,71 +229,12 @@ class Strip {
   int c_ = 0, width_ = 0;
 };
 
-// One pass: the fold along an axis, with that along X before it if the window has one.
-template <class P, class Order>
-class BoxPass : public XQTask {
- public:
-  ZUMRoDRef part;
-  const ZUMImage<P>* result;
-  const ZUMImage<P>* image;
-  ZUMRect window;
-  Axis axis;
-
-  void Run() override {
-    if (part.EmptyP()) return;
-    const ZUMRect box = part.Rect();
-    const int most = std::min(part.RoDXSz(), GetStripWidth());
-    Strip<P, Order> strip(*image, window, axis, most);
-    ZUMRect heads = box;
-    heads.end.*axis = heads.begin.*axis;
-    ZUMBasePoint<int> step;
-    step.*axis = 1;
-    const std::ptrdiff_t stride = result->Displacement(step, 0);
-    zuml_detail::ForEachLine(heads, result->GetCSz(), [&](int y, int z, int t, int c) {
-      for (int x = box.begin.x; x <= box.end.x; x += most) {
-        strip.Fold(StoredPixels(&(*result)(x, y, z, t, c)), stride,
-                   box.end.*axis - box.begin.*axis + 1, ZUMBasePoint<int>(x, y, z, t), c,
-                   std::min(most, box.end.x - x + 1));
-      }
-    });
-  }
-
- private:
-  // As wide as the first cache allows with the lines that a strip keeps: long runs are fetched and
-  // stored faster. Below a kilobyte the pixels beside a strip would weigh more.
-  int GetStripWidth() const {
-    constexpr int kKeptBytes = 32 * 1024, kLeastBytes = 1024;
-    const int length = window.end.*axis - window.begin.*axis + 1;
-    const int lines = length <= kShortWindow ? length + 1 : 2 * length;
-    return std::max(kKeptBytes / lines, kLeastBytes) / static_cast<int>(sizeof(P));
-  }
-};
-
-}  // namespace
-
-template <class P>
-class CTaskDilateXY final : public BoxPass<P, zuml_detail::Greatest> {};
-template <class P>
-class CTaskErodeXY final : public BoxPass<P, zuml_detail::Least> {};
-template <class P>
-class CTaskDilateZ final : public BoxPass<P, zuml_detail::Greatest> {};
-template <class P>
-class CTaskErodeZ final : public BoxPass<P, zuml_detail::Least> {};
-template <class P>
-class CTaskDilateT final : public BoxPass<P, zuml_detail::Greatest> {};
-template <class P>
-class CTaskErodeT final : public BoxPass<P, zuml_detail::Least> {};
-
-namespace {
-
-template <class Task, class P>
-ZUMImage<P> RunBoxPass(const ZUMImage<P>& image, const ZUMRect& box, const ZUMRect& window,
-                       Axis axis) {
-  return RunTasks<Task, P>(ZUMRoDRef(box), image.GetCSz(), [&](Task& task) {
-    task.image = &image;
-    task.window = window;
-    task.axis = axis;
-  });
+// As wide as the first cache allows with the lines that a strip keeps: long runs are fetched and
+// stored faster. Below a kilobyte the pixels beside a strip would weigh more.
+int GetStripBytes(int length) {
+  constexpr int kKeptBytes = 32 * 1024, kLeastBytes = 1024;
+  const int lines = length <= kShortWindow ? length + 1 : 2 * length;
+  return std::max(kKeptBytes / lines, kLeastBytes);
 }
 
 }  // namespace
@@ -303,45 +242,30 @@ ZUMImage<P> RunBoxPass(const ZUMImage<P>& image, const ZUMRect& box, const ZUMRe
 namespace zuml_detail {
 
 template <class P, class Order>
-ZUMImage<P> FoldBox(const ZUMImage<P>& image, const ZUMRoDRef& rod, const ZUMRect& window) {
-  using Point = ZUMBasePoint<int>;
-  constexpr bool kDilates = std::is_same_v<Order, Greatest>;
-  using XY = std::conditional_t<kDilates, CTaskDilateXY<P>, CTaskErodeXY<P>>;
-  using Z = std::conditional_t<kDilates, CTaskDilateZ<P>, CTaskErodeZ<P>>;
-  using T = std::conditional_t<kDilates, CTaskDilateT<P>, CTaskErodeT<P>>;
-  if (rod.EmptyP()) return ZUMImage<P>(rod, image.GetCSz(), nullptr);
-
-  const auto moves = [&](Axis axis) { return window.begin.*axis != 0 || window.end.*axis != 0; };
-  // What later passes read along Z and T.
-  ZUMRect box = rod.Rect();
-  for (const Axis axis : {&Point::z, &Point::t}) {
-    box.begin.*axis = std::max(box.begin.*axis + window.begin.*axis, image.Begin().*axis);
-    box.end.*axis = std::min(box.end.*axis + window.end.*axis, image.End().*axis);
-  }
-  ZUMImage<P> folded = image;
-  if (moves(&Point::x) || moves(&Point::y) || !(moves(&Point::z) || moves(&Point::t))) {
-    folded = RunBoxPass<XY>(folded, box, window, &Point::y);
-  }
-  ZUMRect rest = window;
-  rest.begin.x = rest.end.x = 0;
-  if (moves(&Point::z)) {
-    box.begin.z = rod.BeginZ();
-    box.end.z = rod.EndZ();
-    folded = RunBoxPass<Z>(folded, box, rest, &Point::z);
-  }
-  if (moves(&Point::t)) {
-    box.begin.t = rod.BeginT();
-    box.end.t = rod.EndT();
-    folded = RunBoxPass<T>(folded, box, rest, &Point::t);
-  }
-  return folded;
+void BoxPass<P, Order>::Run(const ZUMRoDRef& part, const ZUMGenericImage& generic) const {
+  if (part.EmptyP()) return;
+  const auto& result = static_cast<const ZUMImage<P>&>(generic);
+  const ZUMRect box = part.Rect();
+  const int length = window_.end.*axis_ - window_.begin.*axis_ + 1;
+  const int most = std::min(part.RoDXSz(), GetStripBytes(length) / static_cast<int>(sizeof(P)));
+  Strip<P, Order> strip(image_, window_, axis_, most);
+  ZUMRect heads = box;
+  heads.end.*axis_ = heads.begin.*axis_;
+  ZUMBasePoint<int> step;
+  step.*axis_ = 1;
+  const std::ptrdiff_t stride = result.Displacement(step, 0);
+  ForEachLine(heads, result.GetCSz(), [&](int y, int z, int t, int c) {
+    for (int x = box.begin.x; x <= box.end.x; x += most) {
+      strip.Fold(StoredPixels(&result(x, y, z, t, c)), stride,
+                 box.end.*axis_ - box.begin.*axis_ + 1, ZUMBasePoint<int>(x, y, z, t), c,
+                 std::min(most, box.end.x - x + 1));
+    }
+  });
 }
 
-#define ZUML_INSTANTIATE(PIX)                                                           \
-  template ZUMImage<PIX> FoldBox<PIX, Greatest>(const ZUMImage<PIX>&, const ZUMRoDRef&, \
-                                                const ZUMRect&);                        \
-  template ZUMImage<PIX> FoldBox<PIX, Least>(const ZUMImage<PIX>&, const ZUMRoDRef&,    \
-                                             const ZUMRect&);
+#define ZUML_INSTANTIATE(PIX)            \
+  template class BoxPass<PIX, Greatest>; \
+  template class BoxPass<PIX, Least>;
 ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE)
 #undef ZUML_INSTANTIATE
 

@@ -87,44 +87,45 @@ ElementPlan::ElementPlan(const std::vector<Step>& steps, bool any_order, bool in
 }
 
 template <class P, class Order>
-void ElementFoldTask<P, Order>::Run() {
+void ElementFold<P, Order>::Run(const ZUMRoDRef& part, const ZUMGenericImage& generic) const {
+  const auto& result = static_cast<const ZUMImage<P>&>(generic);
   if (part.EmptyP()) return;
-  if (plan->taps.empty()) {
-    result->Cut(part).SetPixels(static_cast<P>(*start));
-  } else if (plan->tiled) {
-    RunTiles();
+  if (plan_.taps.empty()) {
+    result.Cut(part).SetPixels(static_cast<P>(*start_));
+  } else if (plan_.tiled) {
+    RunTiles(part, result);
   } else {
-    RunLines();
+    RunLines(part, result);
   }
 }
 
 // Reads the image itself. The addresses are formed from that of the first tap, which lies in the
 // image also where the result's pixel does not.
 template <class P, class Order>
-void ElementFoldTask<P, Order>::RunLines() const {
-  const Step first = plan->taps.front().at;
+void ElementFold<P, Order>::RunLines(const ZUMRoDRef& part, const ZUMImage<P>& result) const {
+  const Step first = plan_.taps.front().at;
   std::vector<std::ptrdiff_t> offsets;
-  for (const ElementPlan::Tap& tap : plan->taps) {
-    offsets.push_back(image->Displacement(tap.at.x - first.x, tap.at.y - first.y,
+  for (const ElementPlan::Tap& tap : plan_.taps) {
+    offsets.push_back(image_.Displacement(tap.at.x - first.x, tap.at.y - first.y,
                                           tap.at.z - first.z, tap.at.t - first.t, 0));
   }
-  ForEachLine(part, result->GetCSz(), [&](int y, int z, int t, int c) {
+  ForEachLine(part, result.GetCSz(), [&](int y, int z, int t, int c) {
     FoldTaps<P, Order>(
-        StoredPixels(&(*result)(part.BeginX(), y, z, t, c)),
-        StoredPixels(&(*image)(part.BeginX() + first.x, y + first.y, z + first.z, t + first.t, c)),
-        offsets.data(), static_cast<int>(offsets.size()), start, part.RoDXSz());
+        StoredPixels(&result(part.BeginX(), y, z, t, c)),
+        StoredPixels(&(image_)(part.BeginX() + first.x, y + first.y, z + first.z, t + first.t, c)),
+        offsets.data(), static_cast<int>(offsets.size()), start_, part.RoDXSz());
   });
 }
 
 // Reads copies of tiles, widened by the element's reach, with neutral values outside the image.
 template <class P, class Order>
-void ElementFoldTask<P, Order>::RunTiles() const {
+void ElementFold<P, Order>::RunTiles(const ZUMRoDRef& part, const ZUMImage<P>& result) const {
   using S = Stored<P>;
   constexpr std::ptrdiff_t kTileBytes = 192 * 1024;  // stays in the second cache
   constexpr std::ptrdiff_t kLineBytes = 2048;
-  const ZUMRect reach = plan->reach;
+  const ZUMRect reach = plan_.reach;
   const int reach_x = reach.end.x - reach.begin.x, reach_y = reach.end.y - reach.begin.y;
-  const int slabs = static_cast<int>(plan->slabs.size()), planes = plan->levels + 1;
+  const int slabs = static_cast<int>(plan_.slabs.size()), planes = plan_.levels + 1;
 
   const int width = static_cast<int>(
       std::min<std::ptrdiff_t>(part.RoDXSz(), kLineBytes / static_cast<int>(sizeof(S))));
@@ -136,10 +137,10 @@ void ElementFoldTask<P, Order>::RunTiles() const {
   const auto tile = MakeScratch<S>(static_cast<std::size_t>(plane_size * planes));
 
   std::vector<std::ptrdiff_t> offsets;
-  for (const ElementPlan::Tap& tap : plan->taps) {
+  for (const ElementPlan::Tap& tap : plan_.taps) {
     const auto slab =
-        std::find(plan->slabs.begin(), plan->slabs.end(), std::pair(tap.at.z, tap.at.t)) -
-        plan->slabs.begin();
+        std::find(plan_.slabs.begin(), plan_.slabs.end(), std::pair(tap.at.z, tap.at.t)) -
+        plan_.slabs.begin();
     offsets.push_back(tap.level * plane_size + slab * slab_size +
                       (tap.at.y - reach.begin.y) * line + tap.at.x - reach.begin.x);
   }
@@ -148,9 +149,9 @@ void ElementFoldTask<P, Order>::RunTiles() const {
     for (int s = 0; s < slabs; ++s) {
       S* const slab = tile.get() + s * slab_size;
       for (int i = 0; i < lines + reach_y; ++i) {
-        CopyPaddedLine(slab + i * line, *image, x + reach.begin.x, n + reach_x,
-                       Step(0, y + reach.begin.y + i, z + plan->slabs[static_cast<size_t>(s)].first,
-                            t + plan->slabs[static_cast<size_t>(s)].second),
+        CopyPaddedLine(slab + i * line, image_, x + reach.begin.x, n + reach_x,
+                       Step(0, y + reach.begin.y + i, z + plan_.slabs[static_cast<size_t>(s)].first,
+                            t + plan_.slabs[static_cast<size_t>(s)].second),
                        c, Order::template kNeutral<S>);
       }
       // A window that reaches beyond the end of its line holds no pixel that a tap asks for.
@@ -166,24 +167,24 @@ void ElementFoldTask<P, Order>::RunTiles() const {
 
   ZUMRect corners = part.Rect();
   corners.end.y = corners.begin.y;
-  ForEachLine(ZUMRoDRef(corners), result->GetCSz(), [&](int, int z, int t, int c) {
+  ForEachLine(ZUMRoDRef(corners), result.GetCSz(), [&](int, int z, int t, int c) {
     for (int y = part.BeginY(); y <= part.EndY(); y += height) {
       for (int x = part.BeginX(); x <= part.EndX(); x += width) {
         const int n = std::min(width, part.EndX() - x + 1);
         const int lines = std::min(height, part.EndY() - y + 1);
         fill(x, y, n, lines, z, t, c);
         for (int i = 0; i < lines; ++i) {
-          FoldTaps<P, Order>(StoredPixels(&(*result)(x, y + i, z, t, c)), tile.get() + i * line,
-                             offsets.data(), static_cast<int>(offsets.size()), start, n);
+          FoldTaps<P, Order>(StoredPixels(&result(x, y + i, z, t, c)), tile.get() + i * line,
+                             offsets.data(), static_cast<int>(offsets.size()), start_, n);
         }
       }
     }
   });
 }
 
-#define ZUML_INSTANTIATE(PIX)                    \
-  template class ElementFoldTask<PIX, Greatest>; \
-  template class ElementFoldTask<PIX, Least>;
+#define ZUML_INSTANTIATE(PIX)                \
+  template class ElementFold<PIX, Greatest>; \
+  template class ElementFold<PIX, Least>;
 ZUML_SCALAR_TYPES(ZUML_INSTANTIATE)
 #undef ZUML_INSTANTIATE
 

@@ -4,8 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "zuml/core/taskframe.h"
 #include "zuml/core/zumimage.h"
+#include "zuml/morphology/detail/foldtask.h"
 #include "zuml/morphology/detail/lanes.h"
 
 namespace zuml_detail {
@@ -45,33 +45,31 @@ struct ElementPlan {
   ElementPlan(const std::vector<Step>& steps, bool any_order, bool inside);
 };
 
-/// The fold of a result's part. What lies outside the image contributes nothing.
+/// The fold of the pixels under the element. What lies outside the image contributes nothing.
 template <class P, class Order>
-class ElementFoldTask : public XQTask {
+class ElementFold final : public FoldPass {
  public:
-  ZUMRoDRef part;
-  const ZUMImage<P>* result;
-  const ZUMImage<P>* image;
-  const ElementPlan* plan;
-  const Stored<P>* start;  // the value that the fold begins with; null: that of the first tap
+  /// `start` is the value that the fold begins with; null: that of the first tap.
+  ElementFold(const ZUMImage<P>& image, const ElementPlan& plan, const Stored<P>* start)
+      : image_(image), plan_(plan), start_(start) {}
 
-  void Run() override;
+  void Run(const ZUMRoDRef& part, const ZUMGenericImage& result) const override;
 
  private:
-  void RunLines() const;
-  void RunTiles() const;
+  void RunLines(const ZUMRoDRef& part, const ZUMImage<P>& result) const;
+  void RunTiles(const ZUMRoDRef& part, const ZUMImage<P>& result) const;
+
+  const ZUMImage<P>& image_;
+  const ElementPlan& plan_;
+  const Stored<P>* start_;
 };
 
 /// Folds the steps in their order. With no start, no step leaves the image on `rod`.
-template <class Task, class P>
+template <class Task, class Order, class P>
 ZUMImage<P> FoldElement(const ZUMImage<P>& image, const ZUMRoDRef& rod,
                         const std::vector<Step>& steps, bool inside, const Stored<P>* start) {
   const ElementPlan plan(steps, std::is_integral_v<P>, inside);
-  return RunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
-    task.image = &image;
-    task.plan = &plan;
-    task.start = start;
-  });
+  return RunFold<Task, P>(rod, image.GetCSz(), ElementFold<P, Order>(image, plan, start));
 }
 
 }  // namespace zuml_detail
