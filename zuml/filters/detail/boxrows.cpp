@@ -108,45 +108,61 @@ constexpr std::ptrdiff_t kLanes = sizeof(Vector) / sizeof(double);
 
 // A real pixel is one number, a complex one two.
 template <class P>
-constexpr std::ptrdiff_t kNumbers = sizeof(P) / sizeof(double);
+constexpr int kNumbers = sizeof(P) / sizeof(double);
+
+// As many rows of results are made at once, if windows are not shorter.
+constexpr int kGroup = 8;
+
+// The results from r[x] on that fill blocks of N vectors: r[i] = s[i] + ..., `length` pixels of
+// kStep numbers each. Returns where the rest begins.
+template <int N, int kStep>
+std::ptrdiff_t SumAlongRow(double* r, const double* s, std::ptrdiff_t x, std::ptrdiff_t n,
+                           std::ptrdiff_t length) {
+  constexpr int kDistance = std::max<int>(kLanes / kStep, 1);
+  if (length <= (N - 1) * kDistance) return x;
+  for (; n - x >= N * kLanes; x += N * kLanes) {
+    Vector sums[N];
+    SumWindows<kDistance>(sums, length,
+                          [&](std::ptrdiff_t j) { return LoadVector<Vector>(s + x + j * kStep); });
+    for (int k = 0; k < N; ++k) StoreVector(r + x + k * kLanes, sums[k]);
+  }
+  return x;
+}
+
+// The same for N results across rows: r[k][i] = rows[k][i] + ..., `length` rows.
+template <int N>
+std::ptrdiff_t SumAcrossRows(double* const* r, const double* const* rows, std::ptrdiff_t n,
+                             std::ptrdiff_t length) {
+  std::ptrdiff_t x = 0;
+  for (; n - x >= kLanes; x += kLanes) {
+    Vector sums[N];
+    SumWindows<1>(sums, length, [&](std::ptrdiff_t j) { return LoadVector<Vector>(rows[j] + x); });
+    for (int k = 0; k < N; ++k) StoreVector(r[k] + x, sums[k]);
+  }
+  return x;
+}
 
 // Sums over windows of a row and of several rows. The addresses and weights of terms are kept for
-// the ends of rows.
+// what fills no block.
 class WindowSums {
  public:
   explicit WindowSums(std::ptrdiff_t longest)
       : pixels_(static_cast<std::size_t>(longest)), ones_(pixels_.size(), 1.0) {}
 
-  // r[i] = s[i] + ..., `length` pixels of kStep numbers each, for n numbers.
-  template <std::ptrdiff_t kStep>
+  // The sums of n numbers, over `length` pixels of kStep numbers each.
+  template <int kStep>
   void AlongRow(double* r, const double* s, std::ptrdiff_t n, std::ptrdiff_t length) {
-    constexpr std::ptrdiff_t kBlock = 4, kDistance = std::max(kLanes / kStep, std::ptrdiff_t{1});
-    std::ptrdiff_t x = 0;
-    if (length > (kBlock - 1) * kDistance) {
-      for (; n - x >= kBlock * kLanes; x += kBlock * kLanes) {
-        Vector sums[kBlock];
-        SumWindows<kDistance>(
-            sums, length, [&](std::ptrdiff_t j) { return LoadVector<Vector>(s + x + j * kStep); });
-        for (std::ptrdiff_t k = 0; k < kBlock; ++k) StoreVector(r + x + k * kLanes, sums[k]);
-      }
-    }
+    std::ptrdiff_t x = SumAlongRow<4, kStep>(r, s, 0, n, length);
+    x = SumAlongRow<2, kStep>(r, s, x, n, length);
     Rest(r, x, n, length, [&](std::ptrdiff_t j) { return s + j * kStep; });
   }
 
-  // r[k][i] = rows[k][i] + ..., `length` rows, for N results of n numbers.
-  template <std::ptrdiff_t N>
-  void AcrossRows(double* const* r, const double* const* rows, std::ptrdiff_t n,
-                  std::ptrdiff_t length) {
-    std::ptrdiff_t x = 0;
-    if constexpr (N > 1) {
-      for (; n - x >= kLanes; x += kLanes) {
-        Vector sums[N];
-        SumWindows<1>(sums, length,
-                      [&](std::ptrdiff_t j) { return LoadVector<Vector>(rows[j] + x); });
-        for (std::ptrdiff_t k = 0; k < N; ++k) StoreVector(r[k] + x, sums[k]);
-      }
-    }
-    for (std::ptrdiff_t k = 0; k < N; ++k) {
+  // The sums of `count` results of n numbers, over `length` rows from rows[k] on for result k.
+  void AcrossRows(double* const* r, const double* const* rows, std::ptrdiff_t count,
+                  std::ptrdiff_t n, std::ptrdiff_t length) {
+    const bool group = count == kGroup && length >= kGroup;
+    const std::ptrdiff_t x = group ? SumAcrossRows<kGroup>(r, rows, n, length) : 0;
+    for (std::ptrdiff_t k = 0; k < count; ++k) {
       Rest(r[k], x, n, length, [&](std::ptrdiff_t j) { return rows[k + j]; });
     }
   }
@@ -173,10 +189,10 @@ class WindowSums {
 template <class P>
 void WriteOrderedSums(const ZUMRoDRef& part, const ZUMImage<P>& result, const ZUMImage<P>& source,
                       const ZUMRect& box) {
-  constexpr std::ptrdiff_t kGroup = 8;
   const std::ptrdiff_t width = box.end.x - box.begin.x + std::ptrdiff_t{1};
   const std::ptrdiff_t height = box.end.y - box.begin.y + std::ptrdiff_t{1};
-  const std::ptrdiff_t line = source.GetLineSz() * kNumbers<P>, slots = height + kGroup - 1;
+  const std::ptrdiff_t line = source.GetLineSz() * kNumbers<P>;
+  const std::ptrdiff_t group = height >= kGroup ? kGroup : 1, slots = height + group - 1;
   WindowSums windows(std::max(width, height));
   ForEachStrip(part, slots, sizeof(P), [&](const ZUMRoDRef& strip) {
     const std::ptrdiff_t n = strip.RoDXSz() * kNumbers<P>;
@@ -209,14 +225,8 @@ void WriteOrderedSums(const ZUMRoDRef& part, const ZUMImage<P>& result, const ZU
       }
       make(s + box.end.y * line);
       results[count++] = r;
-      if (count < kGroup && sweep.GetY() != strip.EndY()) continue;
-      if (count == kGroup && height >= kGroup) {
-        windows.AcrossRows<kGroup>(results, rows.data(), n, height);
-      } else {
-        for (std::ptrdiff_t k = 0; k < count; ++k) {
-          windows.AcrossRows<1>(results + k, rows.data() + k, n, height);
-        }
-      }
+      if (count < group && sweep.GetY() != strip.EndY()) continue;
+      windows.AcrossRows(results, rows.data(), count, n, height);
       rows.erase(rows.begin(), rows.begin() + count);
       count = 0;
     }
