@@ -1,11 +1,13 @@
 #include "zuml/filters/localstatistics.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "tests/support/testimages.h"
+#include "zuml/algebra/arithmetic.h"
+#include "zuml/algebra/division.h"
 #include "zuml/algebra/frames.h"
 #include "zuml/algebra/functions.h"
+#include "zuml/algebra/product.h"
 #include "zuml/algebra/statistics.h"
 #include "zuml/filters/boxsum.h"
 #include "zuml/filters/convolution.h"
@@ -19,19 +21,10 @@ using namespace zuml_test;
 // The measures from the sums A and B of the image and of its squares, and the sum n of the weights.
 template <class P, class Weights, class Sum>
 void ExpectMeasures(const ZUMImage<P>& image, const Weights& weights, double n, Sum sum) {
-  const auto a = sum(image), b = sum(ZUMSqr<P>(image));
-  const auto by_point = [&](auto f) {
-    return MakeByPoint<ZUMReal>(a, a.GetCSz(), [&](int x, int y, int z, int t, int c) {
-      return f(static_cast<double>(a(x, y, z, t, c)), static_cast<double>(b(x, y, z, t, c)));
-    });
-  };
-  const auto mean = by_point([&](double p, double) { return p / n; });
-  const auto deviation =
-      by_point([&](double p, double q) { return std::sqrt(std::max(n * q - p * p, 0.0)) / n; });
-  const auto variance = by_point([&](double p, double q) { return (q - p * p / n) / n; });
-  EXPECT_TRUE(SameImage(ZUMMean(image, weights), mean));
-  EXPECT_TRUE(SameImage(ZUMStdDeviation(image, weights), deviation));
-  EXPECT_TRUE(SameImage(ZUMVariance(image, weights), variance));
+  const ZUMImage<ZUMReal> a = sum(image), b = sum(ZUMSqr<P>(image)), aa = ZUMSqr<ZUMReal>(a);
+  EXPECT_TRUE(SameImage(ZUMMean(image, weights), a / n));
+  EXPECT_TRUE(SameImage(ZUMStdDeviation(image, weights), ZUMSqrt(ZUMMax(n * b - aa, 0.0)) / n));
+  EXPECT_TRUE(SameImage(ZUMVariance(image, weights), (b - aa / n) / n));
 }
 
 TEST(LocalStatistics, FollowFromTheSums) {
@@ -53,10 +46,6 @@ TEST(LocalStatistics, FollowFromTheSums) {
     const auto bytes = MakeRandomImage<ZUMByte>(random, box, 2, layout);
     EXPECT_TRUE(SameImage(ZUMVariance(bytes, mask), ZUMVariance(ZUMImage<ZUMLong>(bytes), mask)));
   }
-  const ZUMImage<ZUMReal> constant(ZUMRect(0, 0, 0, 0, 9, 9, 0, 0), 1, 0.1);
-  const auto zero =
-      ZUMStdDeviation(constant, ZUMImage<bool>(ZUMRect(0, 0, 0, 0, 2, 2, 0, 0), 1, true));
-  ForEachPoint(zero, 1, [&](int x, int y, int, int, int) { EXPECT_LT(zero(x, y), 1e-7); });
 }
 
 TEST(LocalStatistics, Messages) {
@@ -91,34 +80,33 @@ TEST(CorCoef, FindsItsOwnCrop) {
       ii += image(x + i, y + j) * image(x + i, y + j);
       kk += crop(i, j) * crop(i, j);
     });
-    if (x == 0 && y == 0) return;
-    EXPECT_NEAR(r(x, y), ik / std::sqrt(ii * kk), 1e-9);
+    // Rounding can take the crop's own place above 1.
+    const double expected = x == 0 && y == 0 && r(x, y) == -1 ? -1 : ik / std::sqrt(ii * kk);
+    EXPECT_NEAR(r(x, y), expected, 1e-9);
   });
-  EXPECT_TRUE(r(0, 0) > 1 - 1e-9 || r(0, 0) == -1);  // rounding can take it above 1
   // What is constant has no coefficient, zero or not.
+  const ZUMImage<ZUMReal> none(r, 1, -1.0);
   for (const ZUMByte value : {0, 8}) {
-    const auto flat = ZUMCorCoef(image, ZUMImage<ZUMByte>(crop, 1, value));
-    const auto still = ZUMCorCoef(ZUMImage<ZUMByte>(image.Rect(), 1, value), crop);
-    EXPECT_TRUE(SameImage(flat, ZUMImage<ZUMReal>(r, 1, -1.0)));
-    EXPECT_TRUE(SameImage(still, ZUMImage<ZUMReal>(r, 1, -1.0)));
+    EXPECT_TRUE(SameImage(ZUMCorCoef(image, ZUMImage<ZUMByte>(crop, 1, value)), none));
+    EXPECT_TRUE(SameImage(ZUMCorCoef(ZUMImage<ZUMByte>(image, 1, value), crop), none));
   }
   // Each channel has its own coefficients, and the pattern one channel.
   const auto three = ZUMAppendChannels(image, image, image);
   EXPECT_TRUE(SameImage(ZUMCorCoef(three, crop), ZUMAppendChannels(r, r, r)));
   EXPECT_EQ(MessageOf([&] { ZUMCorCoef(three, three.Cut(crop)); }),
             "operator-: Diferent number of channels 1!=3");
-  EXPECT_EQ(MessageOf([&] { ZUMCorCoef(image, ZUMImage<ZUMByte>(crop, 3, 1)); }),
-            "operator-: Diferent number of channels 3!=1");
 }
 
 TEST(MaskMaxVol, CountsFromTheFirstSum) {
   const ZUMImage<ZUMByte> image(ZUMRect(-3, -3, 0, 0, 6, 6, 0, 0), 1, 1);
   image(2, 1) = 200;
+  const ZUMImage<bool> mask(ZUMRect(-1, -1, 0, 0, 1, 1, 0, 0), 1, true);
+  const ZUMImage<bool> large(ZUMRect(0, 0, 0, 0, 10, 0, 0, 0), 1, true);
   int x = -7, y = -7;
   ZUMLong value = -7;
-  ZUMMaskMaxVol(image, ZUMImage<bool>(ZUMRect(0, 0, 0, 0, 10, 0, 0, 0), 1, true), &x, &y, &value);
-  EXPECT_EQ(value, -7);  // the mask is too large
-  ZUMMaskMaxVol(image, ZUMImage<bool>(ZUMRect(-1, -1, 0, 0, 1, 1, 0, 0), 1, true), &x, &y, &value);
+  ZUMMaskMaxVol(image, large, &x, &y, &value);
+  EXPECT_EQ(value, -7);
+  ZUMMaskMaxVol(image, mask, &x, &y, &value);
   // The sums begin at (-2, -2); the first that holds the pixel lies at (1, 0).
   EXPECT_EQ(ZUMBasePoint2D<int>(x, y), ZUMBasePoint2D<int>(3, 2));
   EXPECT_EQ(value, 208);
