@@ -91,13 +91,15 @@ TEST(Convolution, EqualsTheSumByCoordinates) {
 
 TEST(Convolution, PixelRulesByHand) {
   const double pixels[] = {0.75, -1.5, 2.5};
-  const ZUMLong weights[] = {1, 3};
+  const ZUMLong weights[] = {1, 3}, opposite[] = {1, -1};
   const ZUMImage<ZUMReal> image(ZUMRect(0, 0, 0, 0, 2, 0, 0, 0), 1, pixels);
   const ZUMImage<ZUMLong> kernel(ZUMRect(0, 0, 0, 0, 1, 0, 0, 0), 1, weights);
   EXPECT_EQ(ZUMConv(image, kernel)(1), -1 + 2);  // -1.5 and 3 * 0.75, each truncated
   EXPECT_EQ(ZUMCorr(image, kernel)(0), 0 - 4);
   EXPECT_EQ(ZUMConvEx(image, kernel)(1), 1);                     // -1, then -1 + 2.25
   EXPECT_EQ(ZUMConv(image, ZUMKernel<ZUMLong>(kernel))(1), -1);  // the source is first 0, -1, 2
+  // On a short line, weights that sum to 0 give 0.
+  EXPECT_EQ(ZUMDeriveEx(image.Cut(kernel), ZUMImage<ZUMLong>(kernel, 1, opposite))(0), 0);
   // The first product starts the sum, so that -0.0 stays.
   const ZUMRect point(0, 0, 0, 0, 0, 0, 0, 0);
   const ZUMImage<ZUMReal> zero(point, 1, -0.0), one(point, 1, 1.0);
@@ -152,15 +154,15 @@ TEST(KernelConvolution, EqualsItsStagesOneByOne) {
     }
   };
   run(ZUMLong(), true);
-  run(ZUMLong(), ZUMByte());
+  run(ZUMLong(), ZUMShort());
   run(ZUMLong(), ZUMReal());
-  run(ZUMReal(), ZUMShort());
+  run(ZUMReal(), ZUMByte());
   run(ZUMReal(), ZUMReal());
 }
 
-// Lines longer and shorter than the kernel; offsets on both sides, on one, far away.
+// Lines longer than the kernel, just as long and shorter; offsets on both sides, on one, far away.
 TEST(DeriveEx, EqualsItsRulesByCoordinates) {
-  constexpr int kOffsets[][2] = {{-1, 1}, {1, 2}, {-2, 0}, {-9, 9}, {0, 0}, {12, 25}, {40, 41}};
+  constexpr int kOffsets[][2] = {{-1, 1}, {1, 2}, {-2, 6}, {-4, 8}, {0, 0}, {10, 22}, {40, 41}};
   Random random(6);
   ForEachPair([&]<class OutT, class InT>(OutT, InT) {
     if constexpr (ZUMCorrPixels<OutT, InT>) {
@@ -171,9 +173,7 @@ TEST(DeriveEx, EqualsItsRulesByCoordinates) {
             MakeFilterImage<InT>(random, ZUMRect(-3, 2, 0, 0, 9, 11, 1, 1), 2, kLayouts[round % 4]);
         const Box box = {along_x * begin, !along_x * begin, 1, 2,
                          along_x * end,   !along_x * end,   1, 2};
-        // Weights that sum to 0, and others.
-        auto kernel = MakeKernel<OutT>(random, box, 1);
-        if (round % 4 == 3) kernel.SetPixels(0);
+        const auto kernel = MakeKernel<OutT>(random, box, 1);
         const int last = (along_x ? image.RoDXSz() : image.RoDYSz()) - 1;
         const bool is_short = last <= end - begin;
         const auto expected = MakeByPoint<OutT>(image, 2, [&](int x, int y, int z, int t, int c) {
