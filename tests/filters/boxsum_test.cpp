@@ -1,9 +1,10 @@
 #include "zuml/filters/boxsum.h"
 
-#include <tuple>
-#include <vector>
+#include <string>
 
+#include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
+#include "tests/support/weightedsums.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/filters/accumulation.h"
 
@@ -11,19 +12,13 @@ namespace {
 
 using namespace zuml_test;
 
-template <class Out, class In>
-struct Types {
-  using OutT = Out;
-  using InT = In;
-};
-
+// Calls f(OutT(), InT()) for all pixel types of ordered sums.
 template <class F>
 void ForEachPair(F f) {
-  f(Types<ZUMLong, bool>());
-  f(Types<ZUMLong, ZUMByte>());
-  f(Types<ZUMLong, ZUMShort>());
-  f(Types<ZUMLong, ZUMLong>());
-  f(Types<ZUMReal, ZUMReal>());
+#define ZUML_TEST_INPUT(IN) f(ZUMLong(), IN());
+  ZUML_DISCRETE_TYPES(ZUML_TEST_INPUT)
+#undef ZUML_TEST_INPUT
+  f(ZUMReal(), ZUMReal());
 }
 
 // The pixels under the true pixels of the mask, channel 0 less channel 1, in the mask's order.
@@ -33,15 +28,17 @@ OutT SumAt(const ZUMImage<InT>& image, const ZUMImage<bool>& mask, int x, int y,
   OutT sum{};
   ForEachPoint(mask, mask.GetCSz(), [&](int kx, int ky, int kz, int kt, int kc) {
     if (!mask(kx, ky, kz, kt, kc)) return;
-    const OutT s = static_cast<OutT>(image.GetPixel(x + kx, y + ky, z + kz, t + kt, c));
+    const OutT s = static_cast<OutT>(image(x + kx, y + ky, z + kz, t + kt, c));
     sum = kc == 0 ? ZUMWrapAdd(sum, s) : ZUMWrapSub(sum, s);
   });
   return sum;
 }
 
-ZUMRoDRef Shrink(const ZUMRoDRef& rod, const ZUMRect& k) {
-  return DisplaceSides(rod, -k.begin.x, -k.begin.y, -k.begin.z, -k.begin.t, -k.end.x, -k.end.y,
-                       -k.end.z, -k.end.t);
+template <class OutT, class InT>
+ZUMImage<OutT> DirectSums(const ZUMImage<InT>& image, const ZUMImage<bool>& mask) {
+  return MakeByPoint<OutT>(
+      Shrink(image, mask.Rect()), image.GetCSz(),
+      [&](int x, int y, int z, int t, int c) { return SumAt<OutT>(image, mask, x, y, z, t, c); });
 }
 
 // The sliding sum of reals, pixel by pixel: what leaves, then what enters.
@@ -67,168 +64,124 @@ ZUMImage<P> SlidingSums(const ZUMImage<P>& image, const ZUMImage<bool>& mask) {
 }
 
 // Masks on both sides of the choice between direct and sliding sums.
-constexpr int kBoxes[][8] = {{-1, -1, 0, 0, 1, 1, 0, 0},
-                             {-7, -3, 0, 0, 7, 2, 0, 0},
-                             {2, 1, 0, 0, 9, 3, 0, 0},
-                             {-3, 0, -1, 0, 3, 1, 1, 1}};
+constexpr Box kBoxes[] = {{-1, -1, 0, 0, 1, 1, 0, 0},
+                          {-7, -3, 0, 0, 7, 2, 0, 0},
+                          {2, 1, 0, 0, 9, 3, 0, 0},
+                          {-3, 0, -1, 0, 3, 1, 1, 1}};
 
+// The rows are fewer than the tasks may be, so that parts would be cut along X.
 TEST(MaskSum, EqualsTheSumByCoordinates) {
   Random random(11);
   int round = 0;
-  ForEachPair([&]<class T>(T) {
-    using OutT = typename T::OutT;
-    using InT = typename T::InT;
+  const auto run = [&]<class OutT, class InT>(OutT, InT) {
     for (const auto& b : kBoxes) {
       for (const int density : {2, 20, 1000}) {  // sparse, some holes, full
-        const ZUMRect box(b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
-        const auto image = MakeRandomImage<InT>(
-            random, ZUMRect(-9, 4, 0, 0, 40 + 13 * (round % 4), 30, 3, 2), 2, kLayouts[round % 4]);
-        ZUMImage<bool> mask(box, 1 + round % 2, true);
+        const Layout layout = kLayouts[round % 4];
+        const ZUMRect area(-9, 4, 0, 0, 40 + 13 * (round % 4), 30, 3, 2), box = MakeRect(b);
+        const auto image = MakeFilterImage<InT>(random, area, 2, layout);
+        const auto mask = MakeRandomImage<bool>(random, box, 1 + round % 2, layout);
         std::size_t all = 0, entering = 0;
         ForEachPoint(mask, mask.GetCSz(), [&](int x, int y, int z, int t, int c) {
-          if (x > b[0]) mask(x, y, z, t, c) = random.Int(1, density) > 1;
+          const bool before = x > b[0] && mask(x - 1, y, z, t, c);
+          const bool on = mask(x, y, z, t, c) = x == b[0] || random.Int(1, density) > 1;
+          all += on;
+          entering += (before && !on) + (on && x == b[4]);
         });
-        ForEachPoint(mask, mask.GetCSz(), [&](int x, int y, int z, int t, int c) {
-          if (!mask(x, y, z, t, c)) return;
-          ++all;
-          entering += x == b[4] || !mask(x + 1, y, z, t, c);
-        });
-        const auto direct =
-            MakeByPoint<OutT>(Shrink(image, box), 2, [&](int x, int y, int z, int t, int c) {
-              return SumAt<OutT>(image, mask, x, y, z, t, c);
-            });
         const WithThreads threads(kThreadCounts[round++ % 5]);
-        const auto result = ZUMSum<OutT>(image, mask);
-        if constexpr (std::integral<OutT>) {
-          EXPECT_TRUE(SameImage(result, direct)) << round;
-        } else {
-          EXPECT_TRUE(SameImage(result, all <= 2 * entering ? direct : SlidingSums(image, mask)))
-              << round;
+        const auto direct = DirectSums<OutT>(image, mask);
+        auto expected = direct;
+        if constexpr (!std::integral<OutT>) {
+          if (all > 2 * entering) expected = SlidingSums(image, mask);
+        }
+        EXPECT_TRUE(SameImage(ZUMSum<OutT>(image, mask), expected)) << round;
+        const ZUMRect shifted(-7, 2, 0, 0, 25, 25, 2, 2);
+        if constexpr (!std::same_as<OutT, ZUMComplex>) {
+          const auto where = MakeRandomImage<bool>(random, shifted, 2, layout);
+          expected = MakeByPoint<OutT>(
+              Intersection(direct, where), 2, [&](int x, int y, int z, int t, int c) {
+                return where(x, y, z, t, c) ? direct(x, y, z, t, c) : OutT(-5);
+              });
+          EXPECT_TRUE(SameImage(ZUMSumMasked<OutT>(image, mask, where, -5), expected)) << round;
+        }
+        if constexpr (ZUMGreyPixel<InT>) {
+          const auto limit = MakeFilterImage<InT>(random, shifted, 2, layout);
+          const auto first = mask.Channel(0);
+          const ZUMRoDRef rod = Intersection(Shrink(Intersection(image, limit), box), limit);
+          expected = MakeByPoint<OutT>(rod, 2, [&](int x, int y, int z, int t, int c) {
+            OutT n = 0;
+            ForEachPoint(first, 1, [&](int kx, int ky, int kz, int kt, int) {
+              n += first(kx, ky, kz, kt) &&
+                   image(x + kx, y + ky, z + kz, t + kt, c) >= limit(x, y, z, t, c);
+            });
+            return n;
+          });
+          EXPECT_TRUE(SameImage(ZUMSumThr<OutT>(image, limit, first), expected)) << round;
         }
       }
     }
-  });
+  };
+  ForEachPair(run);
+  run(ZUMComplex(), ZUMComplex());
 }
 
-// Few rows and planes, so that parts would be cut along X; magnitudes at which rounding tells.
-TEST(MaskSum, RealsDoNotDependOnTasks) {
-  Random random(12);
-  const auto image =
-      MakeByPoint<ZUMComplex>(ZUMRoDRef(0, 0, 0, 0, 90, 5, 0, 0), 1, [&](int, int, int, int, int) {
-        const ZUMComplex z = random.Pixel<ZUMComplex>();
-        return ZUMComplex(z.real() / 3, z.imag() * 1e9 / 7);
-      });
-  const auto real = MakeByPoint<ZUMReal>(
-      image, 1, [&](int x, int y, int, int, int) { return image(x, y).imag() / 11; });
-  const ZUMImage<bool> wide(ZUMRect(-4, -1, 0, 0, 4, 1, 0, 0), 1, true);
-  const auto expected = SlidingSums(image, wide);
-  const auto expected_real = SlidingSums(real, wide);
-  const auto x = ZUMXAccumImage<ZUMReal>(real);
-  for (const int n : kThreadCounts) {
-    const WithThreads threads(n);
-    EXPECT_TRUE(SameImage(ZUMSum<ZUMComplex>(image, wide), expected)) << n;
-    EXPECT_TRUE(SameImage(ZUMSum<ZUMReal>(real, wide), expected_real)) << n;
-    EXPECT_TRUE(SameImage(ZUMXAccumImage<ZUMReal>(real), x)) << n;
-  }
-}
-
+// Windows of a few pixels and of many, one-sided, without the origin; an image wider than a strip.
 TEST(BoxSum, EqualsItsPassesByCoordinates) {
+  constexpr Box kRects[] = {{-1, -1, 0, 0, 1, 1, 0, 0},  {-7, 0, 0, 0, 7, 0, 0, 0},
+                            {0, -2, 0, 0, 0, 5, 0, 0},   {2, 3, 0, 0, 5, 3, 0, 0},
+                            {-1, -2, -1, 0, 0, 1, 1, 1}, {0, 0, 1, 0, 0, 0, 1, 0},
+                            {0, 0, 0, 0, 0, 0, 0, 0},    {-9, -4, 0, 0, 4, 3, 0, 0},
+                            {1, -7, 0, 0, 6, 7, 0, 0},   {-7, -13, 0, 0, 7, 13, 0, 0}};
   Random random(13);
-  constexpr int kRects[][8] = {{-1, -1, 0, 0, 1, 1, 0, 0},  {-7, 0, 0, 0, 7, 0, 0, 0},
-                               {0, -2, 0, 0, 0, 5, 0, 0},   {2, 3, 0, 0, 5, 3, 0, 0},
-                               {-1, -2, -1, 0, 0, 1, 1, 1}, {0, 0, 1, 0, 0, 0, 1, 0},
-                               {0, 0, 0, 0, 0, 0, 0, 0},    {-30, -30, 0, 0, 30, 30, 0, 0}};
   int round = 0;
-  const auto run = [&]<class OutT, class InT>(Types<OutT, InT>) {
+  const auto run = [&]<class OutT, class InT>(OutT, InT) {
     for (const auto& b : kRects) {
-      const ZUMRect rect(b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
-      const auto image =
-          MakeRandomImage<InT>(random, ZUMRect(-9, 4, 0, 0, 70, 30, 3, 2), 2, kLayouts[round % 4]);
+      const ZUMRect rect = MakeRect(b), area(-9, 4, 0, 0, b[1] < -9 ? 1200 : 90, 41, 3, 2);
+      const auto image = MakeFilterImage<InT>(random, area, 2, kLayouts[round % 4]);
       ZUMImage<OutT> expected = image;
       for (int axis = 0; axis < 4; ++axis) {
-        if (b[axis] == 0 && b[4 + axis] == 0) continue;
-        int k[8] = {};
+        Box k = {};
         k[axis] = b[axis];
         k[4 + axis] = b[4 + axis];
-        const ZUMRect line(k[0], k[1], k[2], k[3], k[4], k[5], k[6], k[7]);
-        const ZUMImage<bool> mask(line, 1, true);
-        expected =
-            MakeByPoint<OutT>(Shrink(expected, line), 2, [&](int x, int y, int z, int t, int c) {
-              return SumAt<OutT>(expected, mask, x, y, z, t, c);
-            });
+        expected = DirectSums<OutT>(expected, ZUMImage<bool>(MakeRect(k), 1, true));
       }
       const WithThreads threads(kThreadCounts[round++ % 5]);
       EXPECT_TRUE(SameImage(ZUMSum<OutT>(image, rect), expected)) << round;
       EXPECT_TRUE(SameImage(ZUMSum<OutT>(image, ZUMRoDRef(rect)), expected)) << round;
+      // A region of another class is summed as a mask.
+      const ZUMRoDRef other = new OtherRegion(rect);
+      EXPECT_TRUE(
+          SameImage(ZUMSum<OutT>(image, other), ZUMSum<OutT>(image, ZUMImage<bool>(rect, 1, true))))
+          << round;
     }
   };
   ForEachPair(run);
-  run(Types<ZUMComplex, ZUMComplex>());
-}
-
-TEST(SumMaskedAndSumThr, EqualTheSumByCoordinates) {
-  Random random(14);
-  int round = 0;
-  ForEachPair([&]<class T>(T) {
-    using OutT = typename T::OutT;
-    using InT = typename T::InT;
-    for (const auto& b : kBoxes) {
-      const Layout layout = kLayouts[round % 4];
-      const WithThreads threads(kThreadCounts[round % 5]);
-      const ZUMRect box(b[0], b[1], b[2], b[3], b[4], b[5], b[6], b[7]);
-      const ZUMRect area(-9, 4, 0, 0, 30, 20, 3, 2), shifted(-7, 2, 0, 0, 25, 15, 2, 2);
-      const auto image = MakeRandomImage<InT>(random, area, 2, layout);
-      const auto mask = MakeRandomImage<bool>(random, shifted, 2, layout);
-      auto kernel = MakeRandomImage<bool>(random, box, 1 + round % 2, layout);
-      for (int c = 0; c < kernel.GetCSz(); ++c) kernel(b[0], b[1], b[2], b[3], c) = true;
-      const auto expected = MakeByPoint<OutT>(
-          Intersection(Shrink(image, box), mask), 2, [&](int x, int y, int z, int t, int c) {
-            return mask(x, y, z, t, c) ? SumAt<OutT>(image, kernel, x, y, z, t, c) : OutT(-5);
-          });
-      EXPECT_TRUE(SameImage(ZUMSumMasked<OutT>(image, kernel, mask, -5), expected));
-      if constexpr (!std::same_as<InT, bool>) {
-        const auto limit = MakeRandomImage<InT>(random, shifted, 2, layout);
-        const auto element = kernel.Channel(0);
-        const ZUMRoDRef rod = Intersection(Shrink(Intersection(image, limit), box), limit);
-        const auto count = MakeByPoint<OutT>(rod, 2, [&](int x, int y, int z, int t, int c) {
-          OutT n = 0;
-          ForEachPoint(element, 1, [&](int kx, int ky, int kz, int kt, int) {
-            n += element(kx, ky, kz, kt) &&
-                 image(x + kx, y + ky, z + kz, t + kt, c) >= limit(x, y, z, t, c);
-          });
-          return n;
-        });
-        EXPECT_TRUE(SameImage(ZUMSumThr<OutT>(image, limit, element), count));
-      }
-      ++round;
-    }
-  });
+  run(ZUMComplex(), ZUMComplex());
+  // A box that leaves nothing is as long as it may be.
+  const ZUMImage<ZUMReal> image(ZUMRect(0, 0, 0, 0, 9, 9, 0, 0), 1, 1.0);
+  constexpr int kFar = 1 << 29;
+  EXPECT_TRUE(
+      ZUMSum<ZUMReal>(image, ZUMRect(-kFar, -kFar, -kFar, -kFar, kFar, kFar, kFar, kFar)).EmptyP());
 }
 
 TEST(Accumulation, EqualsTheSumByCoordinates) {
   Random random(15);
-  ForEachPair([&]<class T>(T) {
-    using OutT = typename T::OutT;
-    using InT = typename T::InT;
+  const WithThreads threads(32);  // more than rows
+  ForEachPair([&]<class OutT, class InT>(OutT, InT) {
     for (const Layout layout : kLayouts) {
-      const auto image = MakeRandomImage<InT>(random, ZUMRect(-4, 2, 0, 0, 20, 9, 1, 1), 2, layout);
-      const auto plane = image.Plane(0).Frame(0);
-      // Sums up to (x, y) of the lines that the table is asked for.
-      const auto table = [&](const ZUMImage<InT>& of, int dx, int dy) {
-        const ZUMRoDRef rod = DisplaceSides(of, -dx, -dy, 0, 0, 0, 0, 0, 0);
-        const auto sums = MakeByPoint<OutT>(rod, 2, [](int, int, int, int, int) { return OutT(); });
-        ForEachPoint(of, 2, [&](int x, int y, int z, int t, int c) {
-          OutT row = 0;
-          for (int i = dx ? of.BeginX() : x; i <= x; ++i) {
-            row = ZUMWrapAdd(row, static_cast<OutT>(of(i, y, z, t, c)));
-          }
-          sums(x, y, z, t, c) = dy ? ZUMWrapAdd(row, sums(x, y - 1, z, t, c)) : row;
+      const auto image = MakeFilterImage<InT>(random, ZUMRect(-4, 2, 0, 0, 40, 9, 1, 1), 2, layout);
+      for (const int dx : {0, 1}) {
+        const int dy = 1 - dx;
+        const ZUMImage<OutT> sums(DisplaceSides(image, -dx, -dy, 0, 0, 0, 0, 0, 0), 2, OutT());
+        ForEachPoint(image, 2, [&](int x, int y, int z, int t, int c) {
+          sums(x, y, z, t, c) =
+              ZUMWrapAdd(sums(x - dx, y - dy, z, t, c), static_cast<OutT>(image(x, y, z, t, c)));
         });
-        return sums;
-      };
-      EXPECT_TRUE(SameImage(ZUMXAccumImage<OutT>(image), table(image, 1, 0)));
-      EXPECT_TRUE(SameImage(ZUMYAccumImage<OutT>(image), table(image, 0, 1)));
-      EXPECT_TRUE(SameImage(ZUMAccumImage<OutT>(plane), table(plane, 1, 1)));
+        EXPECT_TRUE(
+            SameImage(dx ? ZUMXAccumImage<OutT>(image) : ZUMYAccumImage<OutT>(image), sums));
+      }
+      const auto plane = image.Plane(0).Frame(0);
+      EXPECT_TRUE(
+          SameImage(ZUMAccumImage<OutT>(plane), ZUMYAccumImage<OutT>(ZUMXAccumImage<OutT>(plane))));
     }
   });
   // An empty region grows to the line of zeros, if it has lines at all.
@@ -240,12 +193,10 @@ TEST(Accumulation, EqualsTheSumByCoordinates) {
 TEST(BoxSum, Messages) {
   const ZUMRect box(0, 0, 0, 0, 9, 9, 0, 0), small(-1, -1, 0, 0, 1, 1, 0, 0);
   const ZUMImage<ZUMByte> image(box, 1, 7), deep(ZUMRect(0, 0, 0, 0, 1, 1, 1, 0), 1, 1);
-  const ZUMImage<bool> three(small, 3, true), two(small, 2, true), none(small, 1, false);
+  const ZUMImage<ZUMByte> odd(new OtherRegion(box), 1, 1);
+  const ZUMImage<bool> three(small, 3, true), two(small, 2, true);
   EXPECT_EQ(MessageOf([&] { ZUMSum<ZUMLong>(image, three); }),
             "ZUMSum only allows a mask with one or two channels");
-  EXPECT_EQ(MessageOf([&] { ZUMSum<ZUMLong>(image, none); }),
-            "ZUMDisplacementArray::FromNonZeroPixels Un elemento estructurante ha de tener como "
-            "mínimo un pixel");
   EXPECT_EQ(MessageOf([&] { ZUMSum<ZUMLong>(image, ZUMRect(0, 0, 1, 0, 0, 0, 0, 0)); }),
             "ZUMSum: empty rectangle is not allowed");
   EXPECT_EQ(MessageOf([&] { ZUMSumMasked<ZUMLong>(image, three, two, 0); }),
@@ -254,8 +205,12 @@ TEST(BoxSum, Messages) {
             "ZUMSumMasked: It don't allows image and mask with different number of channels");
   EXPECT_EQ(MessageOf([&] { ZUMSumThr<ZUMLong>(image, image, two); }),
             "ZUMSumThr only allows a mask with one channel");
-  EXPECT_EQ(MessageOf([&] { ZUMAccumImage<ZUMLong>(deep); }),
-            "ZUMAccumImage only allows 2D rectangular images");
+  const std::string plane = "ZUMAccumImage only allows 2D rectangular images";
+  EXPECT_EQ(MessageOf([&] { ZUMAccumImage<ZUMLong>(deep); }), plane);
+  EXPECT_EQ(MessageOf([&] { ZUMAccumImage<ZUMLong>(odd); }), plane);
+  const std::string lines = "AccumImage only allows rectangular images";
+  EXPECT_EQ(MessageOf([&] { ZUMXAccumImage<ZUMLong>(odd); }), "ZUMX" + lines);
+  EXPECT_EQ(MessageOf([&] { ZUMYAccumImage<ZUMLong>(odd); }), "ZUMY" + lines);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/boxrows.h"
 #include "zuml/filters/detail/kernelregion.h"
 #include "zuml/filters/detail/slidingsum.h"
 #include "zuml/filters/detail/weightedsum.h"
@@ -56,21 +57,14 @@ class CTaskSumSC2 final : public SlidingSum<OutT, InT> {};
 
 /// Sums along X, and along Y of these where the box has an extent there.
 template <class OutT, class InT>
-class CTaskSumX final : public SumTask<OutT, InT> {
+class CTaskSumX final : public XQTask {
  public:
+  ZUMRoDRef part;
+  const ZUMImage<OutT>* result;
+  const ZUMImage<InT>* source;
   const ZUMRect* rect;
-  const Terms<WeightOf<OutT>>* columns;
 
-  void Run() override {
-    if constexpr (std::is_same_v<OutT, ZUMLong>) {
-      // Exact in any order.
-      zuml_detail::WriteRunningBoxSums(this->part, *this->result, *this->source, *rect);
-    } else if (columns == nullptr) {
-      zuml_detail::WriteWeightedSums(this->part, *this->result, *this->source, *this->all);
-    } else {
-      zuml_detail::WriteSumsOfSums(this->part, *this->result, *this->source, *this->all, *columns);
-    }
-  }
+  void Run() override { zuml_detail::WriteBoxSums(part, *result, *source, *rect); }
 };
 
 /// Sums across lines.
@@ -122,12 +116,16 @@ Terms<W> MakeSignedTerms(const ZUMRaster& source, const ZUMImage<ZUMBool>& mask)
   return terms;
 }
 
-// The terms of a pass along an axis whose neighbours are `stride` pixels apart.
-template <class W>
-Terms<W> MakePass(int begin, int end, long long stride) {
+// The sums from `begin` to `end` along an axis, Z or T, whose neighbours are `stride` pixels apart.
+template <class OutT>
+ZUMImage<OutT> RunAcross(const ZUMImage<OutT>& image, const ZUMRoDRef& rod, int begin, int end,
+                         long long stride) {
+  using W = WeightOf<OutT>;
   Terms<W> terms;
+  // A box that leaves nothing of the image may be as long as coordinates go.
+  if (rod.EmptyP()) end = begin;
   for (long long k = begin; k <= end; ++k) terms.Add(k * stride, W(1));
-  return terms;
+  return RunSum<CTaskSumT<OutT>, OutT>(image, rod, terms);
 }
 
 }  // namespace
@@ -167,37 +165,28 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
 template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
                                                        const ZUMRect& rect) {
-  using W = WeightOf<OutT>;
   const ZUMBasePoint<int> b = rect.begin, e = rect.end;
   if (b.x > e.x || b.y > e.y || b.z > e.z || b.t > e.t) {
     throw XQException("ZUMSum: empty rectangle is not allowed");
   }
-  const auto pass = [](int begin, int end) { return begin != 0 || end != 0; };
-  const Terms<W> x = MakePass<W>(b.x, e.x, 1);
-  const Terms<W> y = MakePass<W>(b.y, e.y, image.GetLineSz());
   using Task = CTaskSumX<OutT, InT>;
-  const bool both = pass(b.x, e.x) && pass(b.y, e.y);
   ZUMImage<OutT> result;
-  if (!pass(b.x, e.x) && !pass(b.y, e.y)) {
+  if (b.x == 0 && e.x == 0 && b.y == 0 && e.y == 0) {
     result = static_cast<ZUMImage<OutT>>(image);
   } else {
     result = RunTasks<Task, OutT>(DisplaceSides(image, -b.x, -b.y, 0, 0, -e.x, -e.y, 0, 0),
                                   image.GetCSz(), [&](Task& task) {
                                     task.source = &image;
                                     task.rect = &rect;
-                                    task.all = pass(b.x, e.x) ? &x : &y;
-                                    task.columns = both ? &y : nullptr;
                                   });
   }
-  if (pass(b.z, e.z)) {
-    result =
-        RunSum<CTaskSumT<OutT>, OutT>(result, DisplaceSides(result, 0, 0, -b.z, 0, 0, 0, -e.z, 0),
-                                      MakePass<W>(b.z, e.z, result.GetPlaneSz()));
+  if (b.z != 0 || e.z != 0) {
+    const ZUMRoDRef rod = DisplaceSides(result, 0, 0, -b.z, 0, 0, 0, -e.z, 0);
+    result = RunAcross(result, rod, b.z, e.z, result.GetPlaneSz());
   }
-  if (pass(b.t, e.t)) {
-    result =
-        RunSum<CTaskSumT<OutT>, OutT>(result, DisplaceSides(result, 0, 0, 0, -b.t, 0, 0, 0, -e.t),
-                                      MakePass<W>(b.t, e.t, result.GetFrameSz()));
+  if (b.t != 0 || e.t != 0) {
+    const ZUMRoDRef rod = DisplaceSides(result, 0, 0, 0, -b.t, 0, 0, 0, -e.t);
+    result = RunAcross(result, rod, b.t, e.t, result.GetFrameSz());
   }
   return result;
 }

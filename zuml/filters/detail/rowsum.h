@@ -23,6 +23,18 @@ struct VectorOf {
   typedef T Type __attribute__((vector_size(kVectorBytes)));
 };
 
+/// A vector of the pixels from p on, or one pixel; p need not be aligned.
+template <class V, class T>
+[[gnu::always_inline]] inline V LoadVector(const T* p) {
+  V v;
+  std::memcpy(&v, p, sizeof(V));
+  return v;
+}
+template <class V, class T>
+[[gnu::always_inline]] inline void StoreVector(T* p, const V& v) {
+  std::memcpy(p, &v, sizeof(V));
+}
+
 /// The terms of a row sum: for each, the pixel that goes with r[0], and its weight. There is at
 /// least one.
 template <class T>
@@ -37,29 +49,24 @@ template <class V, int N, class T>
 [[gnu::always_inline]] inline void SumBlock(T* r, const RowTerms<T>& terms, std::ptrdiff_t x,
                                             bool onto) {
   constexpr std::ptrdiff_t kLanes = sizeof(V) / sizeof(T);
-  const auto load = [](const T* p) {
-    V v;
-    std::memcpy(&v, p, sizeof(V));
-    return v;
-  };
   // Constant indices throughout, without which the sums would live in memory.
   [&]<std::size_t... K>(std::index_sequence<K...>) {
     V sums[N];
     std::size_t k = 0;
     if (onto) {
-      ((sums[K] = load(r + x + K * kLanes)), ...);
+      ((sums[K] = LoadVector<V>(r + x + K * kLanes)), ...);
     } else {
       const T* p = terms.pixels[0] + x;
       const T w = terms.weights[0];
-      ((sums[K] = w * load(p + K * kLanes)), ...);
+      ((sums[K] = w * LoadVector<V>(p + K * kLanes)), ...);
       k = 1;
     }
     for (; k < terms.count; ++k) {
       const T* p = terms.pixels[k] + x;
       const T w = terms.weights[k];
-      ((sums[K] += w * load(p + K * kLanes)), ...);
+      ((sums[K] += w * LoadVector<V>(p + K * kLanes)), ...);
     }
-    (std::memcpy(r + x + K * kLanes, &sums[K], sizeof(V)), ...);
+    (StoreVector(r + x + K * kLanes, sums[K]), ...);
   }
   (std::make_index_sequence<N>{});
 }

@@ -1,11 +1,8 @@
 #include "zuml/filters/detail/slidingsum.h"
 
-#include <algorithm>
 #include <cstdint>
 
-#include "zuml/core/xqmemory.h"
 #include "zuml/core/zumsweep.h"
-#include "zuml/filters/detail/rowband.h"
 
 namespace zuml_detail {
 namespace {
@@ -87,54 +84,10 @@ void WriteSlidingSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
   }
 }
 
-template <class InT>
-void WriteRunningBoxSums(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
-                         const ZUMImage<InT>& source, const ZUMRect& box) {
-  if (part.EmptyP()) return;
-  const std::ptrdiff_t line = source.GetLineSz();
-  const std::ptrdiff_t width = box.end.x - box.begin.x + std::ptrdiff_t{1};
-  const std::ptrdiff_t n = part.RoDXSz(), reach = n + width - 1;
-  const ScratchBlock<std::uint32_t> columns =
-      MakeScratch<std::uint32_t>(static_cast<std::size_t>(reach));
-  std::uint32_t* const c = columns.get();
-  int y = part.BeginY();
-  for (ZUMGenericSweepCoords<2> sweep(part, result, source); sweep.GetStart1(); sweep.Next()) {
-    auto* const r = static_cast<std::uint32_t*>(sweep.GetStart1());
-    const InT* const s = static_cast<const InT*>(sweep.GetStart2()) + box.begin.x;
-    y = sweep.GetY();
-    if (y == part.BeginY()) {
-      std::fill_n(c, reach, 0u);
-      for (std::ptrdiff_t dy = box.begin.y; dy <= box.end.y; ++dy) {
-        const InT* p = s + dy * line;
-        for (std::ptrdiff_t i = 0; i < reach; ++i) {
-          c[i] += static_cast<std::uint32_t>(ValueAt(p, i));
-        }
-      }
-    } else {
-      const InT* const in = s + box.end.y * line;
-      const InT* const out = s + (box.begin.y - std::ptrdiff_t{1}) * line;
-      for (std::ptrdiff_t i = 0; i < reach; ++i) {
-        c[i] += static_cast<std::uint32_t>(ValueAt(in, i)) -
-                static_cast<std::uint32_t>(ValueAt(out, i));
-      }
-    }
-    std::uint32_t sum = 0;
-    for (std::ptrdiff_t i = 0; i < width - 1; ++i) sum += c[i];
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-      sum += c[i + width - 1];
-      r[i] = sum;
-      sum -= c[i];
-    }
-  }
-}
-
 #define ZUML_INSTANTIATE(OUT, IN)                                                             \
   template void WriteSlidingSums(const ZUMRoDRef&, const ZUMImage<OUT>&, const ZUMImage<IN>&, \
                                  const Terms<WeightOf<OUT>>&, const Terms<WeightOf<OUT>>&);
-#define ZUML_INSTANTIATE_LONG(IN)                                               \
-  ZUML_INSTANTIATE(ZUMLong, IN)                                                 \
-  template void WriteRunningBoxSums(const ZUMRoDRef&, const ZUMImage<ZUMLong>&, \
-                                    const ZUMImage<IN>&, const ZUMRect&);
+#define ZUML_INSTANTIATE_LONG(IN) ZUML_INSTANTIATE(ZUMLong, IN)
 ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE_LONG)
 ZUML_INSTANTIATE(ZUMReal, ZUMReal)
 ZUML_INSTANTIATE(ZUMComplex, ZUMComplex)

@@ -13,10 +13,4 @@ void WriteSlidingSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
                       const ZUMImage<InT>& source, const Terms<WeightOf<OutT>>& all,
                       const Terms<WeightOf<OutT>>& changes);
 
-/// Sums over the X and Y of a box, for integers: columns are carried from line to line, and the
-/// sums of columns along the row, so that the box's size does not matter.
-template <class InT>
-void WriteRunningBoxSums(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
-                         const ZUMImage<InT>& source, const ZUMRect& box);
-
 }  // namespace zuml_detail

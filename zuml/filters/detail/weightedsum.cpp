@@ -144,10 +144,10 @@ bool FitFloat(const std::vector<ZUMLong>& weights1, const std::vector<ZUMLong>& 
   return kLargest * std::max(total(weights1), 1.0) * std::max(total(weights2), 1.0) <= kExact;
 }
 
-// The sums in numbers of type T, of which S is a pixel.
-template <class T, class S, class OutT, class InT>
+// The sums in type T.
+template <class T, class OutT, class InT>
 void RunSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result, const ZUMImage<InT>& source,
-                   const Terms<WeightOf<OutT>>& first, const Terms<WeightOf<OutT>>& second) {
+                   const Terms<OutT>& first, const Terms<OutT>& second) {
   constexpr bool kConvert = std::is_same_v<OutT, ZUMLong> && std::is_same_v<T, float>;
   const std::vector<T> weights1(first.weights.begin(), first.weights.end());
   const std::vector<T> weights2(second.weights.begin(), second.weights.end());
@@ -155,35 +155,32 @@ void RunSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result, const ZU
   const long long begin = *low;
   const std::ptrdiff_t reach = static_cast<std::ptrdiff_t>(*high - *low);
   std::vector<const T*> pointers1(weights1.size());
-  std::vector<const S*> pointers2(weights2.size());
-  std::vector<const T*> scratch(weights2.size());
+  std::vector<const T*> pointers2(weights2.size());
   const long long line = source.GetLineSz();
 
-  ForEachStrip(part, CountLines(second.offsets, line), sizeof(S), [&](const ZUMRoDRef& strip) {
-    RowBand<S> band(second.offsets, line, strip.RoDXSz());
+  ForEachStrip(part, CountLines(second.offsets, line), sizeof(T), [&](const ZUMRoDRef& strip) {
+    RowBand<T> band(second.offsets, line, strip.RoDXSz());
     // A row of the first sums reaches as far beyond the strip as the second ones do on a line.
-    const ScratchBlock<S> row =
-        MakeScratch<S>(static_cast<std::size_t>(strip.RoDXSz() + line + reach));
-    const auto fill = [&](S* to, const InT* from, std::ptrdiff_t n) {
-      const S* pixels = row.get();
-      if constexpr (std::is_same_v<S, InT>) {
+    const ScratchBlock<T> row =
+        MakeScratch<T>(static_cast<std::size_t>(strip.RoDXSz() + line + reach));
+    const auto fill = [&](T* to, const InT* from, std::ptrdiff_t n) {
+      const T* pixels = row.get();
+      if constexpr (std::is_same_v<T, InT>) {
         pixels = from + begin;
       } else {
         WidenRow(row.get(), from + begin, n + reach);
       }
       for (std::size_t k = 0; k < weights1.size(); ++k) {
-        pointers1[k] = reinterpret_cast<const T*>(pixels + (first.offsets[k] - begin));
+        pointers1[k] = pixels + (first.offsets[k] - begin);
       }
-      SumRow<T>(reinterpret_cast<T*>(to), {pointers1.data(), weights1.data(), weights1.size()},
-                n * kParts<OutT>, false);
+      SumRow<T>(to, {pointers1.data(), weights1.data(), weights1.size()}, n, false);
     };
     for (ZUMGenericSweep<2> sweep(strip, result, source); sweep.GetStart1(); sweep.Next()) {
       OutT* const r = static_cast<OutT*>(sweep.GetStart1());
       const std::ptrdiff_t n = static_cast<OutT*>(sweep.GetEnd1()) - r + 1;
       band.MoveTo(static_cast<const InT*>(sweep.GetStart2()), n, pointers2.data(), fill);
-      T* const sums = kConvert ? reinterpret_cast<T*>(row.get()) : reinterpret_cast<T*>(r);
-      SumRow<T>(sums, {NumbersOf(pointers2.data(), scratch), weights2.data(), weights2.size()},
-                n * kParts<OutT>, false);
+      T* const sums = kConvert ? row.get() : reinterpret_cast<T*>(r);
+      SumRow<T>(sums, {pointers2.data(), weights2.data(), weights2.size()}, n, false);
       if constexpr (kConvert) {
         for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = static_cast<OutT>(sums[i]);
       }
@@ -195,16 +192,14 @@ void RunSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result, const ZU
 
 template <class OutT, class InT>
 void WriteSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
-                     const ZUMImage<InT>& source, const Terms<WeightOf<OutT>>& first,
-                     const Terms<WeightOf<OutT>>& second) {
-  using T = SumType<OutT>;
+                     const ZUMImage<InT>& source, const Terms<OutT>& first,
+                     const Terms<OutT>& second) {
   if constexpr (std::is_same_v<OutT, ZUMLong> && kIsNarrow<InT>) {
     if (FitFloat<InT>(first.weights, second.weights)) {
-      return RunSumsOfSums<float, float>(part, result, source, first, second);
+      return RunSumsOfSums<float>(part, result, source, first, second);
     }
   }
-  using S = std::conditional_t<std::is_same_v<OutT, ZUMComplex>, ZUMComplex, T>;
-  RunSumsOfSums<T, S>(part, result, source, first, second);
+  RunSumsOfSums<SumType<OutT>>(part, result, source, first, second);
 }
 
 #define ZUML_INSTANTIATE(OUT, IN)                                                              \
@@ -221,13 +216,12 @@ ZUML_INSTANTIATE(ZUMComplex, ZUMComplex)
 
 #define ZUML_INSTANTIATE(OUT, IN)                                                            \
   template void WriteSumsOfSums(const ZUMRoDRef&, const ZUMImage<OUT>&, const ZUMImage<IN>&, \
-                                const Terms<WeightOf<OUT>>&, const Terms<WeightOf<OUT>>&);
+                                const Terms<OUT>&, const Terms<OUT>&);
 #define ZUML_INSTANTIATE_OUTPUTS(IN) \
   ZUML_INSTANTIATE(ZUMLong, IN)      \
   ZUML_INSTANTIATE(ZUMReal, IN)
 ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE_OUTPUTS)
 ZUML_INSTANTIATE(ZUMReal, ZUMReal)
-ZUML_INSTANTIATE(ZUMComplex, ZUMComplex)
 #undef ZUML_INSTANTIATE_OUTPUTS
 #undef ZUML_INSTANTIATE
 

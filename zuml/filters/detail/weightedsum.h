@@ -46,11 +46,11 @@ void WriteWeightedSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
 
 /// The sums by `second` of the sums by `first`, both lists with offsets in the source's raster, as
 /// if the latter were written to an image of type OutT in between. They are made row by row
-/// instead. `first` must lie on one line; see OnOneLine. Not offered for `long` from floating
-/// types.
+/// instead. `first` must lie on one line. Not offered for complex results, nor for `long` from
+/// floating types.
 template <class OutT, class InT>
 void WriteSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
-                     const ZUMImage<InT>& source, const Terms<WeightOf<OutT>>& first,
-                     const Terms<WeightOf<OutT>>& second);
+                     const ZUMImage<InT>& source, const Terms<OutT>& first,
+                     const Terms<OutT>& second);
 
 }  // namespace zuml_detail
