@@ -62,6 +62,14 @@ void ForEachLayout(testing::Types<Ps...>, std::initializer_list<int> channels, c
 /// Any pixel.
 inline constexpr auto kAnyPixel = []<class P>(Random& random) { return random.Pixel<P>(); };
 
+/// A box that shares some lines with another, and reaches beyond it.
+inline ZUMRect MakeOverlappingBox(Random& random, ZUMRect box) {
+  box.begin.x -= random.Int(0, 2);
+  box.end.y += random.Int(0, 2);
+  box.begin.y = box.end.y - random.Int(0, 8);
+  return box;
+}
+
 /// The points at which the box around two elements stays in the region.
 inline ZUMRoDRef ShrinkBy(const ZUMRoDRef& rod, const ZUMRoDRef& a, const ZUMRoDRef& b) {
   ZUMRect e = a.Rect();

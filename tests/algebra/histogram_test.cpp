@@ -83,7 +83,7 @@ TEST(PixelValueCnt, CountsAndAddsPerTuple) {
     return static_cast<P>(random.Int(0, 29) - 9 * std::signed_integral<P>);
   };
   const auto check = [&]<class P>(const ZUMImage<P>& image, Random& random) {
-    const ZUMRect box = MakeRandomBox(random, 90, 9, 3, 2);
+    const ZUMRect box = MakeOverlappingBox(random, image.Rect());
     const auto values = MakeRandomImage<ZUMLong>(random, box, image.GetCSz(), DrawLayout(random));
     const auto shared = image.Cut(values);
     expect(ZUMPixelValueCnt(image), image, kOne);
