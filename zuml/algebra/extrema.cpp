@@ -120,7 +120,7 @@ const P* FindExtremum(const ZUMImage<P>& image) {
 
 template <class P>
 void RequireValue(const char* operation, const ZUMImage<P>& image) {
-  if (image.EmptyP()) {
+  if (image.EmptyP() || image.GetCSz() == 0) {
     throw XQException("%s:Valor indefinido por imagen vacia", operation);
   }
 }

@@ -12,14 +12,14 @@
 #include "zuml/core/zumimage.h"
 
 /// The greatest and the least pixel of all channels. Throw XQException "ZUMMax:Valor indefinido por
-/// imagen vacia" and the like for an empty image. Tasks: CTaskMax, CTaskMin.
+/// imagen vacia" and the like for an image without pixels. Tasks: CTaskMax, CTaskMin.
 template <ZUMOrderedPixel PixT>
 ZUML_API PixT ZUMMax(const ZUMImage<PixT>& image);
 template <ZUMOrderedPixel PixT>
 ZUML_API PixT ZUMMin(const ZUMImage<PixT>& image);
 
-/// Both in one walk. Throws XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an empty
-/// image, and leaves the numbers as they are. Tasks: CTaskMinMax.
+/// Both in one walk. Throws XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an image
+/// without pixels, and leaves the numbers as they are. Tasks: CTaskMinMax.
 template <ZUMOrderedPixel PixT>
 ZUML_API void ZUMMinMax(const ZUMImage<PixT>& image, std::type_identity_t<PixT>& min,
                         std::type_identity_t<PixT>& max);

@@ -137,6 +137,7 @@ requires ZUMSumPixels<OutT, InT> OutT ZUMSum(const ZUMImage<InT>& image) {
 
 template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image) {
+  if (image.GetCSz() == 0) return ZUMImage<OutT>(image, 1, OutT{});
   return RunTasks<CTaskSumChannels<OutT, InT>, OutT>(image, 1,
                                                      [&](auto& task) { task.image = &image; });
 }

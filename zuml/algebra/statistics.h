@@ -22,7 +22,7 @@ template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUML_API OutT ZUMSum(const ZUMImage<InT>& image);
 
 /// The channels added up, from channel 0 on: an image of one channel over the same region, in the
-/// arithmetic of OutT. Tasks: CTaskSumChannels.
+/// arithmetic of OutT; 0 where there is no channel. Tasks: CTaskSumChannels.
 template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image);
 
