@@ -11,6 +11,7 @@
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/pixeltypes.h"
 #include "zuml/core/scratch.h"
+#include "zuml/core/storedpixel.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/typenames.h"
 #include "zuml/core/velombinding.h"

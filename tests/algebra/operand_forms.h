@@ -4,9 +4,10 @@
 #pragma once
 
 #include <cmath>
+#include <functional>
 #include <type_traits>
 
-#include "tests/support/testimages.h"
+#include "tests/algebra/everylayout.h"
 
 namespace zuml_test {
 
@@ -24,6 +25,18 @@ void ForTypes(F f) {
 template <class P>
 P Wrap(long long value) {
   return static_cast<P>(static_cast<unsigned long long>(value));
+}
+
+/// An operator as a pixel rule: integers go through 64 bits and keep the low bits.
+template <class Op>
+auto InPixels(Op op) {
+  return [op]<class P>(P a, std::same_as<P> auto... b) -> P {
+    if constexpr (std::integral<P>) {
+      return Wrap<P>(op(static_cast<long long>(a), static_cast<long long>(b)...));
+    } else {
+      return op(a, b...);
+    }
+  };
 }
 
 /// A pixel that is as likely as not one of the values where operations go wrong.
@@ -122,13 +135,19 @@ void CheckNumbers(Op op, Rule rule) {
   });
 }
 
-/// Checks all three forms of an operation that wants images with the same number of channels.
+/// Checks all three forms of an operation that wants images with the same number of channels, and
+/// its text for other ones, which ends with `numbers`.
 template <class P, class Op, class Rule>
-void CheckForms(Op op, Rule rule) {
+void CheckForms(Op op, Rule rule, const std::string& name = "",
+                const std::string& numbers = " 2!=3") {
   CheckImages<P>(2, 2, 2, op, [&](const auto& a, const auto& b, auto... at) {
     return rule(a(at...), b(at...));
   });
   CheckNumbers<P>(op, rule);
+  const ZUMImage<P> two(ZUMRect(), 2, P()), three(two, 3, P());
+  if (name.empty()) return;
+  EXPECT_EQ(MessageOf([&] { (void)op(two, three); }),
+            name + ": Diferent number of channels" + numbers);
 }
 
 /// Checks op(image).
@@ -139,16 +158,6 @@ void CheckUnary(Op op, Rule rule) {
                             return rule(a(at...));
                           }))));
   });
-}
-
-/// An image of one line.
-template <class P>
-ZUMImage<P> MakeLine(std::initializer_list<P> pixels) {
-  const ZUMImage<P> image(ZUMRect(0, 0, 0, 0, static_cast<int>(pixels.size()) - 1, 0, 0, 0), 1,
-                          P());
-  int x = 0;
-  for (const P pixel : pixels) image(x++) = pixel;
-  return image;
 }
 
 }  // namespace zuml_test

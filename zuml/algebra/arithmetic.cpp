@@ -19,14 +19,14 @@ namespace {
 
 struct OpAdd {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMWrapAdd(a, b);
   }
 };
 
 struct OpSub {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     if constexpr (std::same_as<P, bool>) {
       return a > b;
     } else {
@@ -37,7 +37,7 @@ struct OpSub {
 
 struct OpNeg {
   template <class P>
-  static P Do(P a) {
+  P operator()(P a) const {
     if constexpr (std::same_as<P, bool>) {
       return !a;
     } else {
@@ -50,7 +50,7 @@ struct OpNeg {
 // subtraction in either branch is not vectorised.
 struct OpSymSub {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     if constexpr (std::same_as<P, bool>) {
       return a != b;
     } else {
@@ -62,7 +62,7 @@ struct OpSymSub {
 
 struct OpAbs {
   template <class P>
-  static P Do(P a) {
+  P operator()(P a) const {
     if constexpr (std::same_as<P, ZUMComplex>) {
       return ZUMMagnitude(a);
     } else if constexpr (std::same_as<P, double>) {
@@ -75,7 +75,7 @@ struct OpAbs {
 
 struct OpSign {
   template <class P>
-  static P Do(P a) {
+  P operator()(P a) const {
     return static_cast<P>(a > 0 ? 1 : a == 0 ? 0 : -1);
   }
 };
@@ -83,14 +83,14 @@ struct OpSign {
 // Not std::max and std::min, which treat a NaN the other way round.
 struct OpMax {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return a > b ? a : b;
   }
 };
 
 struct OpMin {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return a < b ? a : b;
   }
 };

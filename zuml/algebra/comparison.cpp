@@ -8,52 +8,52 @@
 using zuml_detail::PointwiseII;
 using zuml_detail::PointwiseIN;
 using zuml_detail::PointwiseNI;
-using zuml_detail::ReadPixel;
 using zuml_detail::RequireEqualChannels;
 using zuml_detail::RunPointwiseII;
 using zuml_detail::RunPointwiseIN;
 using zuml_detail::RunPointwiseNI;
+using zuml_detail::ValueAt;
 
 namespace {
 
 struct OpEqual {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a == b;
   }
 };
 
 struct OpNotEqual {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a != b;
   }
 };
 
 struct OpLess {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a < b;
   }
 };
 
 struct OpGreater {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a > b;
   }
 };
 
 struct OpLessEqual {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a <= b;
   }
 };
 
 struct OpGreaterEqual {
   template <class P>
-  static bool Do(P a, P b) {
+  bool operator()(P a, P b) const {
     return a >= b;
   }
 };
@@ -121,7 +121,7 @@ bool operator==(const ZUMImage<P>& a, const ZUMImage<P>& b) {
     const P* x = static_cast<const P*>(sweep.GetStart1());
     const P* y = static_cast<const P*>(sweep.GetStart2());
     const std::ptrdiff_t n = static_cast<const P*>(sweep.GetEnd1()) - x + 1;
-    if (!AllOfRun<P>(n, [=](std::ptrdiff_t i) { return ReadPixel(x + i) == ReadPixel(y + i); })) {
+    if (!AllOfRun<P>(n, [=](std::ptrdiff_t i) { return ValueAt(x, i) == ValueAt(y, i); })) {
       return false;
     }
   }
@@ -133,7 +133,7 @@ bool operator==(const ZUMImage<P>& a, std::type_identity_t<P> n) {
   for (ZUMGenericSweep1 sweep(a, a); sweep.GetStart1(); sweep.Next()) {
     const P* x = static_cast<const P*>(sweep.GetStart1());
     const std::ptrdiff_t count = static_cast<const P*>(sweep.GetEnd1()) - x + 1;
-    if (!AllOfRun<P>(count, [=](std::ptrdiff_t i) { return ReadPixel(x + i) == n; })) return false;
+    if (!AllOfRun<P>(count, [=](std::ptrdiff_t i) { return ValueAt(x, i) == n; })) return false;
   }
   return true;
 }

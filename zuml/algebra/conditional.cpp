@@ -2,15 +2,15 @@
 
 #include "zuml/algebra/detail/pointwise.h"
 
-using zuml_detail::ReadPixel;
 using zuml_detail::RequireEqualChannels;
+using zuml_detail::ValueAt;
 
 namespace {
 
 // Pixel i of what is chosen from: a run of an image, or a number.
 template <class P>
 P PixelOf(const P* run, std::ptrdiff_t i) {
-  return ReadPixel(run + i);
+  return ValueAt(run, i);
 }
 template <ZUMAlgebraPixel P>
 P PixelOf(P number, std::ptrdiff_t) {
@@ -22,7 +22,7 @@ void ChooseRun(P* r, const bool* mask, A a, B b, std::ptrdiff_t n) {
   for (std::ptrdiff_t i = 0; i < n; ++i) {
     // Both are read, so that the loop has no branch.
     const P chosen = PixelOf(a, i), other = PixelOf(b, i);
-    r[i] = ReadPixel(mask + i) ? chosen : other;
+    r[i] = ValueAt(mask, i) ? chosen : other;
   }
 }
 

@@ -16,14 +16,14 @@ namespace {
 
 struct OpDiv {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMWrapDiv(a, b);
   }
 };
 
 struct OpMod {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMWrapRem(a, b);
   }
 };

@@ -1,6 +1,7 @@
 #include "zuml/algebra/extrema.h"
 
 #include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 
 using zuml_detail::Stored;

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/algebra/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
 using zuml_detail::MapImage;
@@ -38,9 +38,9 @@ struct OpSqr {
 }  // namespace
 
 template <class P>
-class CTaskSqrt final : public zuml_detail::MappedTask<ZUMReal, P, OpSqrt> {};
+class CTaskSqrt final : public zuml_detail::PointwiseI<ZUMReal, P, OpSqrt> {};
 template <class OutT, class P>
-class CTaskSqr final : public zuml_detail::MappedTask<OutT, P, OpSqr<OutT>> {};
+class CTaskSqr final : public zuml_detail::PointwiseI<OutT, P, OpSqr<OutT>> {};
 
 template <ZUMGreyPixel P>
 ZUMImage<ZUMReal> ZUMLog(const ZUMImage<P>& image) {
@@ -104,25 +104,18 @@ ZUMImage<ZUMReal> ZUMAtan(const ZUMImage<P>& image) {
 
 template <std::same_as<ZUMReal> P>
 ZUMImage<ZUMReal> ZUMAtan2(const ZUMImage<P>& y, const ZUMImage<P>& x) {
-  const ZUMRoDRef rod = Intersection(y, x);
-  const ZUMImage<ZUMReal> result(rod, y.GetCSz(), nullptr);
-  ForEachRun(
-      rod,
-      [](const P* py, const P* px, ZUMReal* r, std::ptrdiff_t n) {
-        for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = std::atan2(py[i], px[i]);
-      },
-      y, x, result);
-  return result;
+  return zuml_detail::MapImages<ZUMReal>(
+      Intersection(y, x), y.GetCSz(), [](P vy, P vx) { return std::atan2(vy, vx); }, y, x);
 }
 
 template <ZUMGreyPixel P>
 ZUMImage<ZUMReal> ZUMSqrt(const ZUMImage<P>& image) {
-  return zuml_detail::RunMapped<CTaskSqrt<P>, ZUMReal>(image);
+  return zuml_detail::RunPointwiseI<CTaskSqrt<P>>(image);
 }
 
 template <class OutT, class P>
 requires ZUMSquarePixels<OutT, P> ZUMImage<OutT> ZUMSqr(const ZUMImage<P>& image) {
-  return zuml_detail::RunMapped<CTaskSqr<OutT, P>, OutT>(image);
+  return zuml_detail::RunPointwiseI<CTaskSqr<OutT, P>>(image);
 }
 
 ZUMImage<ZUMReal> ZUMRealComponent(const ZUMImage<ZUMComplex>& image) {

@@ -17,46 +17,46 @@ namespace {
 
 struct OpAnd {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return static_cast<P>(a & b);
   }
 };
 
 struct OpOr {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return static_cast<P>(a | b);
   }
 };
 
 struct OpXor {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return static_cast<P>(a ^ b);
   }
 };
 
 struct OpShiftL {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMShiftLeft(a, b);
   }
 };
 
 struct OpShiftR {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMShiftRight(a, b);
   }
 };
 
 struct OpNotLogic {
-  static bool Do(bool a) { return !a; }
+  bool operator()(bool a) const { return !a; }
 };
 
 struct OpNot {
   template <class P>
-  static P Do(P a) {
+  P operator()(P a) const {
     return static_cast<P>(~a);
   }
 };

@@ -5,6 +5,7 @@
 #include <typeinfo>
 
 #include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
 

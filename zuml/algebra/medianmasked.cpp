@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"

@@ -6,7 +6,7 @@
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/zumdisplacement.h"
 
-using zuml_detail::ReadPixel;
+using zuml_detail::ValueAt;
 
 namespace {
 
@@ -37,7 +37,7 @@ ZUMImage<ZUMLong> CountPairs(const char* operation, const ZUMImage<P>& image,
             const P* p = center + d1;
             const P* q = center + d2;
             for (std::ptrdiff_t i = 0; i < n; ++i) {
-              r[i] = ZUMWrapAdd(r[i], ZUMLong{compare(ReadPixel(p + i), ReadPixel(q + i))});
+              r[i] = ZUMWrapAdd(r[i], ZUMLong{compare(ValueAt(p, i), ValueAt(q, i))});
             }
           }
         }

@@ -6,6 +6,8 @@
 #include "zuml/algebra/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
+using zuml_detail::MapImage;
+using zuml_detail::MapImages;
 using zuml_detail::PointwiseII;
 using zuml_detail::PointwiseIN;
 using zuml_detail::RunPointwiseII;
@@ -16,7 +18,7 @@ namespace {
 
 struct OpMul {
   template <class P>
-  static P Do(P a, P b) {
+  P operator()(P a, P b) const {
     return ZUMWrapMul(a, b);
   }
 };
@@ -69,14 +71,6 @@ class ScalarProduct : public XQTask {
   }
 };
 
-template <class Task, class P>
-ZUMImage<P> RunScalarProduct(const ZUMImage<P>& a, const ZUMImage<P>& b) {
-  return RunTasks<Task, P>(Intersection(a, b), 1, [&](Task& task) {
-    task.a = &a;
-    task.b = &b;
-  });
-}
-
 }  // namespace
 
 template <class P>
@@ -104,11 +98,11 @@ ZUMImage<P> operator*(const ZUMImage<P>& a, const ZUMImage<P>& b) {
     case 1:
       return RunPointwiseII<CTaskMulII<P>>(a, b);
     case 2:
-      return RunScalarProduct<CTaskMulIIC2<P>>(a, b);
+      return RunPointwiseII<CTaskMulIIC2<P>>(a, b, 1);
     case 3:
-      return RunScalarProduct<CTaskMulIIC3<P>>(a, b);
+      return RunPointwiseII<CTaskMulIIC3<P>>(a, b, 1);
     default:
-      return RunScalarProduct<CTaskMulIICN<P>>(a, b);
+      return RunPointwiseII<CTaskMulIICN<P>>(a, b, 1);
   }
 }
 
@@ -142,38 +136,18 @@ ZUMImage<P> ZUMPointProduct(std::type_identity_t<P> n, const ZUMImage<P>& a) {
 template <ZUMRealComplexPixel P>
 ZUMImage<P> ZUMPow(const ZUMImage<P>& a, const ZUMImage<P>& b) {
   if (a.GetCSz() != b.GetCSz()) throw XQException("Diferent number of channels");
-  const ZUMImage<P> result(Intersection(a, b), a.GetCSz(), nullptr);
-  ForEachRun(
-      result,
-      [](P* r, const P* x, const P* y, std::ptrdiff_t n) {
-        for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = std::pow(x[i], y[i]);
-      },
-      result, a, b);
-  return result;
+  return MapImages<P>(
+      Intersection(a, b), a.GetCSz(), [](P x, P y) { return std::pow(x, y); }, a, b);
 }
 
 template <ZUMRealComplexPixel P>
 ZUMImage<P> ZUMPow(const ZUMImage<P>& a, std::type_identity_t<P> n) {
-  const ZUMImage<P> result(a, a.GetCSz(), nullptr);
-  ForEachRun(
-      result,
-      [n](P* r, const P* x, std::ptrdiff_t count) {
-        for (std::ptrdiff_t i = 0; i < count; ++i) r[i] = std::pow(x[i], n);
-      },
-      result, a);
-  return result;
+  return MapImage<P>(a, [n](P x) { return std::pow(x, n); });
 }
 
 template <ZUMRealComplexPixel P>
 ZUMImage<P> ZUMPow(std::type_identity_t<P> n, const ZUMImage<P>& b) {
-  const ZUMImage<P> result(b, b.GetCSz(), nullptr);
-  ForEachRun(
-      result,
-      [n](P* r, const P* y, std::ptrdiff_t count) {
-        for (std::ptrdiff_t i = 0; i < count; ++i) r[i] = std::pow(n, y[i]);
-      },
-      result, b);
-  return result;
+  return MapImage<P>(b, [n](P y) { return std::pow(n, y); });
 }
 
 #define ZUML_INSTANTIATE(PIX)                                                 \

@@ -4,6 +4,7 @@
 
 #include "zuml/algebra/detail/runsums.h"
 #include "zuml/core/pixelarith.h"
+#include "zuml/core/taskframe.h"
 
 using zuml_detail::kExactIntegers;
 using zuml_detail::SumRun;

@@ -1,6 +1,6 @@
 #include "zuml/algebra/tobyte.h"
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/algebra/detail/pointwise.h"
 #include "zuml/algebra/extrema.h"
 #include "zuml/algebra/lut.h"
 #include "zuml/core/pixelarith.h"
@@ -78,13 +78,13 @@ ZUMImage<ZUMByte> MakeThermographyTable() {
 }  // namespace
 
 template <class P>
-class CTaskImToByte final : public zuml_detail::MappedTask<ZUMByte, P, OpImToByte> {};
+class CTaskImToByte final : public zuml_detail::PointwiseI<ZUMByte, P, OpImToByte> {};
 template <class P>
-class CTaskMaxcon final : public zuml_detail::MappedTask<ZUMByte, P, OpMaxcon<P>> {};
+class CTaskMaxcon final : public zuml_detail::PointwiseI<ZUMByte, P, OpMaxcon<P>> {};
 
 template <ZUMScalarPixel P>
 ZUMImage<ZUMByte> ZUMImToByte(const ZUMImage<P>& image) {
-  return zuml_detail::RunMapped<CTaskImToByte<P>, ZUMByte>(image);
+  return zuml_detail::RunPointwiseI<CTaskImToByte<P>>(image);
 }
 
 template <ZUMOrderedPixel P>
@@ -92,7 +92,7 @@ ZUMImage<ZUMByte> ZUMMaxcon(const ZUMImage<P>& image) {
   P min, max;
   ZUMMinMax(image, min, max);
   const double factor = max == min ? 0.0 : 255.0 / MakeRange(min, max);
-  return zuml_detail::RunMapped<CTaskMaxcon<P>, ZUMByte>(image, {min, factor});
+  return zuml_detail::RunPointwiseI<CTaskMaxcon<P>>(image, {min, factor});
 }
 
 ZUMImage<ZUMByte> ZUMThermography(const ZUMImage<ZUMByte>& image) {

@@ -1,69 +1,50 @@
-/// Functions of one image: one body for every operation whose result pixel depends on the operand's
-/// pixel at the same coordinates alone, on the calling thread or with tasks.
+/// The loop of every operation whose result pixel depends on the operands' pixels at the same
+/// coordinates alone, and its form on the calling thread. With tasks: pointwise.h.
 #pragma once
 
+#include <concepts>
 #include <cstddef>
-#include <type_traits>
 
 #include "zuml/core/foreachrun.h"
-#include "zuml/core/taskframe.h"
+#include "zuml/core/storedpixel.h"
 
 namespace zuml_detail {
 
-/// What a pixel is in memory: bool pixels of wrapped memory may hold other bytes than 0 and 1, and
-/// are only read as bytes.
-template <class P>
-using Stored = std::conditional_t<std::same_as<P, bool>, unsigned char, P>;
-
-/// Pixel i of a run.
+/// Pixel i of a run. Bool pixels of wrapped memory may hold other bytes than 0 and 1, and are read
+/// as bytes.
 template <class P>
 inline P ValueAt(const P* x, std::ptrdiff_t i) {
   if constexpr (std::same_as<P, bool>) {
-    return reinterpret_cast<const unsigned char*>(x)[i] != 0;
+    return reinterpret_cast<const Stored<P>*>(x)[i] != 0;
   } else {
     return x[i];
   }
 }
 
-template <class R, class P, class Op>
-inline void MapRun(R* r, const P* x, std::ptrdiff_t n, const Op& op) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = op(ValueAt(x, i));
+/// result = op(images...) on a region. The copy of op belongs to the loop: pixels that are written
+/// cannot change what it holds, so that a number in it is not read anew after every byte.
+template <class Op, class R, class... Ps>
+void MapRuns(const ZUMRoDRef& rod, const Op& op, const ZUMImage<R>& result,
+             const ZUMImage<Ps>&... images) {
+  ForEachRun(
+      rod,
+      [op](R* r, const Ps*... x, std::ptrdiff_t n) {
+        for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = op(ValueAt(x, i)...);
+      },
+      result, images...);
 }
 
-/// result = op(image), on the calling thread.
-template <class R, class P, class Op>
-ZUMImage<R> MapImage(const ZUMImage<P>& image, const Op& op) {
-  const ZUMImage<R> result(image, image.GetCSz(), nullptr);
-  ForEachRun(
-      image, [op](const P* x, R* r, std::ptrdiff_t n) { MapRun(r, x, n, op); }, image, result);
+/// A new image over the region, with `csz` channels: op(images...), on the calling thread.
+template <class R, class Op, class... Ps>
+ZUMImage<R> MapImages(const ZUMRoDRef& rod, int csz, const Op& op, const ZUMImage<Ps>&... images) {
+  const ZUMImage<R> result(rod, csz, nullptr);
+  MapRuns(rod, op, result, images...);
   return result;
 }
 
-/// The task body of result = op(image). An operation's task class derives from it, so that a
-/// failure report names it.
 template <class R, class P, class Op>
-class MappedTask : public XQTask {
- public:
-  ZUMRoDRef part;
-  const ZUMImage<R>* result;
-  const ZUMImage<P>* image;
-  Op op;
-
-  void Run() override {
-    // The copy of op belongs to the loop: pixels written through `r` cannot change it.
-    ForEachRun(
-        part, [o = op](R* r, const P* x, std::ptrdiff_t n) { MapRun(r, x, n, o); }, *result,
-        *image);
-  }
-};
-
-/// result = op(image) with tasks.
-template <class Task, class R, class P>
-ZUMImage<R> RunMapped(const ZUMImage<P>& image, const decltype(Task::op)& op = {}) {
-  return RunTasks<Task, R>(image, image.GetCSz(), [&](Task& task) {
-    task.image = &image;
-    task.op = op;
-  });
+ZUMImage<R> MapImage(const ZUMImage<P>& image, const Op& op) {
+  return MapImages<R>(image, image.GetCSz(), op, image);
 }
 
 }  // namespace zuml_detail

@@ -1,8 +1,8 @@
 /// The pointwise families: one task body per pattern of operands, for every operation whose result
 /// pixel depends on the operands' pixels at the same coordinates alone.
 ///
-/// An operation is a struct with a static `Do`, which gives one result pixel. Its task class
-/// derives from the pattern's body, so that a failure report names it.
+/// An operation is a function object that gives one result pixel. Its task class derives from the
+/// pattern's body, so that a failure report names it.
 ///
 ///   image, image    PointwiseII<R, P, Op>   RunPointwiseII<CTaskAddII<P>>(a, b)
 ///   image, number   PointwiseIN<R, P, Op>   RunPointwiseIN<CTaskAddIN<P>>(a, n)
@@ -10,10 +10,9 @@
 ///   image           PointwiseI<R, P, Op>    RunPointwiseI<CTaskNeg<P>>(a)
 #pragma once
 
-#include <cstddef>
 #include <type_traits>
 
-#include "zuml/core/foreachrun.h"
+#include "zuml/algebra/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 
@@ -33,108 +32,74 @@ inline void RequireEqualChannels(const char* operation, const ZUMRaster& a, cons
   }
 }
 
-/// The value of a pixel. Bool pixels may come from wrapped memory, and hold other bytes than 0 and
-/// 1 there: they are read as bytes.
-template <class P>
-P ReadPixel(const P* pixel) {
-  if constexpr (std::is_same_v<P, bool>) {
-    return *reinterpret_cast<const unsigned char*>(pixel) != 0;
-  } else {
-    return *pixel;
-  }
-}
-
-/// result = Op(a, b), both images.
-template <class R, class P, class Op>
-class PointwiseII : public XQTask {
+/// What the bodies share: the part, the result and the operation.
+template <class R, class Op>
+class PointwiseTask : public XQTask {
  public:
   using ResultPixel = R;
 
   ZUMRoDRef part;
   const ZUMImage<R>* result;
+  Op op;
+};
+
+/// result = op(a, b), both images.
+template <class R, class P, class Op>
+class PointwiseII : public PointwiseTask<R, Op> {
+ public:
   const ZUMImage<P>* a;
   const ZUMImage<P>* b;
 
-  void Run() override {
-    ForEachRun(
-        part,
-        [](R* r, const P* x, const P* y, std::ptrdiff_t n) {
-          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Do(ReadPixel(x + i), ReadPixel(y + i));
-        },
-        *result, *a, *b);
-  }
+  void Run() override { MapRuns(this->part, this->op, *this->result, *a, *b); }
 };
 
-/// result = Op(a, number). The loop works on a copy of the number: through the task object, it
-/// would be read anew after every byte that is written.
+/// result = op(a, number).
 template <class R, class P, class Op>
-class PointwiseIN : public XQTask {
+class PointwiseIN : public PointwiseTask<R, Op> {
  public:
-  using ResultPixel = R;
-
-  ZUMRoDRef part;
-  const ZUMImage<R>* result;
   const ZUMImage<P>* a;
   P number;
 
   void Run() override {
-    ForEachRun(
-        part,
-        [second = number](R* r, const P* x, std::ptrdiff_t n) {
-          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Do(ReadPixel(x + i), second);
-        },
-        *result, *a);
+    MapRuns(
+        this->part, [op = this->op, n = number](P x) { return op(x, n); }, *this->result, *a);
   }
 };
 
-/// result = Op(number, a).
+/// result = op(number, a).
 template <class R, class P, class Op>
-class PointwiseNI : public XQTask {
+class PointwiseNI : public PointwiseTask<R, Op> {
  public:
-  using ResultPixel = R;
-
-  ZUMRoDRef part;
-  const ZUMImage<R>* result;
+  const ZUMImage<P>* a;
   P number;
-  const ZUMImage<P>* a;
 
   void Run() override {
-    ForEachRun(
-        part,
-        [first = number](R* r, const P* x, std::ptrdiff_t n) {
-          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Do(first, ReadPixel(x + i));
-        },
-        *result, *a);
+    MapRuns(
+        this->part, [op = this->op, n = number](P x) { return op(n, x); }, *this->result, *a);
   }
 };
 
-/// result = Op(a).
+/// result = op(a).
 template <class R, class P, class Op>
-class PointwiseI : public XQTask {
+class PointwiseI : public PointwiseTask<R, Op> {
  public:
-  using ResultPixel = R;
-
-  ZUMRoDRef part;
-  const ZUMImage<R>* result;
   const ZUMImage<P>* a;
 
-  void Run() override {
-    ForEachRun(
-        part,
-        [](R* r, const P* x, std::ptrdiff_t n) {
-          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Do(ReadPixel(x + i));
-        },
-        *result, *a);
-  }
+  void Run() override { MapRuns(this->part, this->op, *this->result, *a); }
 };
 
-/// The frame for two images: their common region, the first one's channels.
+/// The frame for two images: their common region, `csz` channels, or the first one's.
 template <class Task, class R = typename Task::ResultPixel, class P>
-ZUMImage<R> RunPointwiseII(const ZUMImage<P>& a, const ZUMImage<P>& b) {
-  return RunTasks<Task, R>(Intersection(a, b), a.GetCSz(), [&](Task& task) {
+ZUMImage<R> RunPointwiseII(const ZUMImage<P>& a, const ZUMImage<P>& b, int csz) {
+  return RunTasks<Task, R>(Intersection(a, b), csz, [&](Task& task) {
     task.a = &a;
     task.b = &b;
   });
+}
+
+template <class Task, class R = typename Task::ResultPixel, class P>
+ZUMImage<R> RunPointwiseII(const ZUMImage<P>& a, const ZUMImage<P>& b) {
+  return RunPointwiseII<Task, R>(a, b, a.GetCSz());
 }
 
 /// The frames with one image: its region, shared, and its channels.
@@ -152,8 +117,11 @@ ZUMImage<R> RunPointwiseNI(std::type_identity_t<P> n, const ZUMImage<P>& a) {
 }
 
 template <class Task, class R = typename Task::ResultPixel, class P>
-ZUMImage<R> RunPointwiseI(const ZUMImage<P>& a) {
-  return RunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) { task.a = &a; });
+ZUMImage<R> RunPointwiseI(const ZUMImage<P>& a, const decltype(Task::op)& op = {}) {
+  return RunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) {
+    task.a = &a;
+    task.op = op;
+  });
 }
 
 /// Two images of which one has a single channel, which meets every channel of the other: a pass of

@@ -6,17 +6,11 @@
 #include <concepts>
 #include <cstddef>
 #include <limits>
-#include <type_traits>
 #include <utility>
 
-#include "zuml/core/pixeltypes.h"
+#include "zuml/core/storedpixel.h"
 
 namespace zuml_detail {
-
-/// The type in which pixels are read. Bool pixels are bytes, in memory that an application wrapped
-/// also other ones than 0 and 1; what is stored is 0 or 1.
-template <class P>
-using Stored = std::conditional_t<std::same_as<P, ZUMBool>, ZUMByte, P>;
 
 template <class P>
 const Stored<P>* StoredPixels(const P* pixels) {
