@@ -16,6 +16,7 @@ struct MeasureOptions {
   std::string image;
   Threshold threshold;
   bool dark = false;
+  int open = 0, close = 0;  // reach of the squares, in pixels
   int connectivity = 8;
   int min_area = 1;
   int max_area = 2147483647;

@@ -60,6 +60,7 @@ void Info(const std::string& file) {
 
 void Convert(const std::string& in, const std::string& out) {
   RequireWritable(out);
+  RequireDistinct(in, {out});
   WriteFile(ReadFile(in), out);
 }
 

@@ -56,8 +56,26 @@ auto ReadOrExplain(const std::string& path, Read read) {
   try {
     return read(path.c_str());
   } catch (const XQException& e) {
-    throw JobError("cannot read " + Quote(path) + " (" + e.what() +
-                   "); is it really a picture in the format of its extension?");
+    throw JobError("cannot read " + Quote(path) +
+                   ": it is damaged, may not be opened, or is no picture in the format of its "
+                   "extension (" +
+                   e.what() + ")");
+  }
+}
+
+// Formats other than .zmg hold one plane, of grey or colours.
+void RequirePicture(const ZUMGenericImage& image, const std::string& path) {
+  const std::string extension = GetExtension(path);
+  const int channels = image.GetCSz();
+  if (image.RoDZSz() > 1 || image.RoDTSz() > 1) {
+    throw JobError("cannot write " + Quote(path) + ": the image is a stack and " + extension +
+                   " files hold one plane; .zmg keeps all");
+  }
+  if (extension == ".png" ? channels > 4 : channels != 1 && channels != 3) {
+    throw JobError("cannot write " + Quote(path) + ": the picture has " + std::to_string(channels) +
+                   " channels and " + extension + " files hold " +
+                   (extension == ".png" ? "1 to 4" : "1 or 3; .png holds up to 4") +
+                   ", .zmg any number");
   }
 }
 
@@ -104,9 +122,31 @@ void RequireWritable(const std::string& path) {
   }
 }
 
+void RequireDistinct(const std::string& in, const std::vector<std::string>& out) {
+  namespace fs = std::filesystem;
+  const auto same = [](const std::string& a, const std::string& b) {
+    std::error_code error;
+    return fs::path(a).lexically_normal() == fs::path(b).lexically_normal() ||
+           fs::equivalent(a, b, error);
+  };
+  for (std::size_t i = 0; i < out.size(); ++i) {
+    if (out[i].empty()) continue;
+    if (same(in, out[i])) {
+      throw JobError("cannot write " + Quote(out[i]) +
+                     ": it is the file to read; give the result another name");
+    }
+    for (std::size_t k = 0; k < i; ++k) {
+      if (!out[k].empty() && same(out[k], out[i])) {
+        throw JobError("cannot write " + Quote(out[i]) + " twice; give each result its own name");
+      }
+    }
+  }
+}
+
 void WriteFile(const ZUMGenericImage& image, const std::string& path) {
   RequireWritable(path);
   const std::string extension = GetExtension(path);
+  if (extension != ".zmg") RequirePicture(image, path);
   try {
     if (extension == ".zmg") {
       ZUMWriteZMG(image, path.c_str(), false);

@@ -4,6 +4,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "zuml/core/zumimage.h"
 
@@ -26,6 +27,10 @@ ZUMImage<ZUMByte> ReadBytes(const std::string& path);
 
 /// Throws JobError unless the extension is one that WriteFile knows: checked before long work.
 void RequireWritable(const std::string& path);
+
+/// Throws JobError if a file to write is the one to read, or two of them are one; empty paths count
+/// as none.
+void RequireDistinct(const std::string& in, const std::vector<std::string>& out);
 
 /// Writes the image in the format of the extension.
 void WriteFile(const ZUMGenericImage& image, const std::string& path);

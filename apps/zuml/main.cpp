@@ -15,6 +15,7 @@ using namespace zuml_app;
 
 constexpr int kFailedJob = 1;
 constexpr int kWrongCall = 2;
+constexpr int kMostPixels = 2147483647;
 
 // "otsu", "valley", "min-variance", or a grey level.
 Threshold ParseThreshold(const std::string& text) {
@@ -50,10 +51,23 @@ void AddMeasure(CLI::App& app, MeasureOptions& options, std::string& threshold) 
       ->add_option("--connectivity", options.connectivity,
                    "Neighbours of a pixel: 8 (the default) joins across corners, 4 does not")
       ->check(CLI::IsMember({4, 8}));
+  command
+      ->add_option("--open", options.open,
+                   "Clean first by an opening: what a square of 2 N + 1 pixels a side does not fit "
+                   "into goes, such as specks and bridges")
+      ->type_name("N")
+      ->check(CLI::Range(0, 1000));
+  command
+      ->add_option("--close", options.close,
+                   "Clean then by a closing: gaps that such a square does not fit into are filled")
+      ->type_name("N")
+      ->check(CLI::Range(0, 1000));
   command->add_option("--min-area", options.min_area, "Leave out parts of fewer pixels")
-      ->check(CLI::NonNegativeNumber);
+      ->type_name("PIXELS")
+      ->check(CLI::Range(0, kMostPixels));
   command->add_option("--max-area", options.max_area, "Leave out parts of more pixels")
-      ->check(CLI::NonNegativeNumber);
+      ->type_name("PIXELS")
+      ->check(CLI::Range(0, kMostPixels));
   command->add_flag("--fill", options.fill, "Fill holes");
   command
       ->add_option("--channel", options.channel,
@@ -61,7 +75,8 @@ void AddMeasure(CLI::App& app, MeasureOptions& options, std::string& threshold) 
                    "(red), 1 (green), 2 (blue)")
       ->check(CLI::IsMember({"gray", "0", "1", "2"}));
   command->add_option("--rows", options.rows, "Parts in the printed table (20)")
-      ->check(CLI::NonNegativeNumber);
+      ->type_name("N")
+      ->check(CLI::Range(0, kMostPixels));
   command->add_option("--labels", options.labels,
                       "Write the label image, with its region: OUT.zmg");
   command->add_option("--overlay", options.overlay,
@@ -78,10 +93,11 @@ int main(int argc, char** argv) {
 
   CLI::App app("Measures the parts of pictures, and tells about and converts image files.", "zuml");
   app.require_subcommand(1);
+  app.set_version_flag("--version", ZUML_VERSION);
   app.footer(
       "For example:\n"
       "  zuml measure parts.png --min-area 50 --overlay found.png --table found.csv\n"
-      "  zuml measure board.jpg --dark --threshold valley --channel 1\n"
+      "  zuml measure tiles.jpg --dark --open 2 --threshold valley --channel 1\n"
       "Exit status: 0 done, 1 the job failed, 2 the call was wrong.");
   MeasureOptions measure;
   std::string threshold = "otsu", file, in, out;
@@ -94,6 +110,10 @@ int main(int argc, char** argv) {
   convert->add_option("OUT", out, "The file to write: .zmg, .tif, .png, .bmp or .jpg")->required();
 
   try {
+    const auto named = [&](const CLI::App* command) { return command->check_name(argv[1]); };
+    if (argc > 1 && argv[1][0] != '-' && app.get_subcommands(named).empty()) {
+      throw CLI::ValidationError(argv[1], "is no command: measure, info or convert");
+    }
     app.parse(argc, argv);
     measure.threshold = ParseThreshold(threshold);
     if (measure.min_area > measure.max_area) {

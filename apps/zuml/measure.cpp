@@ -51,6 +51,7 @@ ZUMImage<ZUMByte> TakeChannel(const ZUMImage<ZUMByte>& picture, const MeasureOpt
   return (red * 77 + green * 150 + blue * 29) / 256;
 }
 
+// The least value of pixels in the upper class; 0 if nothing tells one class from another.
 int FindThreshold(const ZUMImage<ZUMByte>& gray, const Threshold& threshold) {
   switch (threshold.kind) {
     case Threshold::Kind::kOtsu:
@@ -63,6 +64,20 @@ int FindThreshold(const ZUMImage<ZUMByte>& gray, const Threshold& threshold) {
       break;
   }
   return threshold.value;
+}
+
+// The opening and then the closing of the mask by squares.
+ZUMImage<ZUMBool> Clean(const ZUMImage<ZUMBool>& mask, int open, int close) {
+  const auto square = [](int n) { return ZUMRect(-n, -n, 0, 0, n, n, 0, 0); };
+  ZUMImage<ZUMBool> result = mask;
+  if (open > 0) result = ZUMDilateEx(ZUMErodeEx(result, square(open)), square(open));
+  if (close > 0) {
+    // What lies outside of the picture is background: parts do not join its border.
+    const ZUMImage<ZUMBool> framed =
+        ZUMAddFrame(result, ZUMRect(close, close, 0, 0, close, close, 0, 0), false);
+    result = ZUMErode(ZUMDilateEx(framed, square(close)), square(close));
+  }
+  return result;
 }
 
 std::vector<Part> MeasureParts(const ZUMImage<ZUMLong>& labels) {
@@ -128,8 +143,8 @@ ZUMImage<ZUMByte> DrawOverlay(const ZUMImage<ZUMByte>& gray, const ZUMImage<ZUML
   const ZUMRect box(-1, -1, 0, 0, 1, 1, 0, 0);
   const ZUMImage<ZUMByte> picture = ZUMAppendChannels(gray, gray, gray);
   const ZUMImage<ZUMByte> colours = ZUMLabelColor(labels);
-  const ZUMImage<ZUMLong> sum = ZUMImage<ZUMLong>(picture) * 3 + ZUMImage<ZUMLong>(colours);
-  const ZUMImage<ZUMByte> tinted = sum / 4;
+  const ZUMImage<ZUMLong> sum = ZUMImage<ZUMLong>(picture) + ZUMImage<ZUMLong>(colours);
+  const ZUMImage<ZUMByte> tinted = sum / 2;
   const ZUMImage<ZUMBool> outline = ZUMPointNotEqual(ZUMErodeEx(labels, box), labels);
   return ZUMImIf(labels > 0, ZUMImIf(outline, colours, tinted), picture);
 }
@@ -144,6 +159,7 @@ void Measure(const MeasureOptions& options) {
   if (!options.overlay.empty() && GetExtension(options.overlay) != ".png") {
     throw JobError("cannot write '" + options.overlay + "': the overlay is a .png file");
   }
+  RequireDistinct(options.image, {options.labels, options.overlay, options.table});
   Progress progress;
   const ZUMImage<ZUMByte> gray = TakeChannel(ReadBytes(options.image), options);
 
@@ -151,8 +167,15 @@ void Measure(const MeasureOptions& options) {
   const int threshold = FindThreshold(gray, options.threshold);
   ZUMImage<ZUMBool> mask = ZUMThr(gray, static_cast<ZUMByte>(threshold));
   if (options.dark) mask = !mask;
+  const bool split = threshold > 0 || options.threshold.kind == Threshold::Kind::kFixed;
+  if (!split) {
+    Remark("no threshold tells parts of '" + options.image +
+           "' from background; --threshold takes a grey level");
+    mask = ZUMImage<ZUMBool>(mask, 1, false);
+  }
 
   progress.Step("labelling parts");
+  mask = Clean(mask, options.open, options.close);
   const bool eight = options.connectivity == 8;
   const ZUMImage<ZUMBool>& connectivity = eight ? ZUMCon8 : ZUMCon4;
   // What surrounds parts that join across corners does not.
@@ -163,9 +186,10 @@ void Measure(const MeasureOptions& options) {
 
   progress.Step("measuring parts");
   const std::vector<Part> parts = MeasureParts(labels);
-  std::printf("%s: %d x %d, threshold %d, %zu part%s\n", options.image.c_str(), gray.RoDXSz(),
-              gray.RoDYSz(), threshold, parts.size(), parts.size() == 1 ? "" : "s");
-  if (!parts.empty()) PrintParts(parts, options.rows);
+  std::printf("%s: %d x %d, %s, %zu part%s\n", options.image.c_str(), gray.RoDXSz(), gray.RoDYSz(),
+              split ? ("threshold " + std::to_string(threshold)).c_str() : "no threshold",
+              parts.size(), parts.size() == 1 ? "" : "s");
+  if (!parts.empty() && options.rows > 0) PrintParts(parts, options.rows);
 
   progress.Step("writing files");
   if (!options.labels.empty()) WriteFile(labels, options.labels);

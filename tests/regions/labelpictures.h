@@ -2,7 +2,7 @@
 /// values, and connectivities of every kind.
 #pragma once
 
-#include <cstring>
+#include <deque>
 #include <string>
 #include <vector>
 
@@ -30,15 +30,6 @@ inline std::string WritePicture(const ZUMImage<ZUMBool>& image) {
   return text;
 }
 
-/// Digits as labels, '.' as 0, '-' as -1; from (0, 0) on.
-inline ZUMImage<ZUMLong> ReadLabels(const std::string& text) {
-  const ZUMImage<ZUMBool> shape = ReadPicture(text);
-  return MakeByPoint<ZUMLong>(shape, 1, [&](int x, int y, int, int, int) {
-    const char letter = text[static_cast<std::size_t>(y * (shape.RoDXSz() + 1) + x)];
-    return letter == '.' ? 0 : letter == '-' ? -1 : letter - '0';
-  });
-}
-
 /// Labels in short runs, with stacks and channels: 0, negative values, and positive ones with gaps
 /// from 3 up to `greatest`, or none at all if that is 0.
 inline ZUMImage<ZUMLong> MakeRandomLabels(Random& random, Layout layout, int greatest) {
@@ -52,20 +43,54 @@ inline ZUMImage<ZUMLong> MakeRandomLabels(Random& random, Layout layout, int gre
   return labels;
 }
 
-/// The steps of a connectivity in sweep order.
-inline std::vector<ZUMBasePoint<int>> StepsOf(const ZUMImage<ZUMBool>& con) {
-  std::vector<ZUMBasePoint<int>> steps;
-  ForEachPoint(con, 1, [&](int x, int y, int z, int t, int) {
-    if (con(x, y, z, t)) steps.push_back({x, y, z, t});
-  });
-  return steps;
+/// A pixel: its point and its channel.
+struct Place {
+  ZUMBasePoint<int> p;
+  int c;
+};
+
+template <class P>
+P& At(const ZUMImage<P>& image, const Place& at) {
+  return image(at.p, at.c);
 }
 
-/// Plane ones, a stack's, one along T, and a frame wider than the steps.
+/// The places where `in` holds, in sweep order.
+template <class In>
+std::deque<Place> PlacesOf(const ZUMRoDRef& rod, int csz, In in) {
+  std::deque<Place> places;
+  ForEachPoint(rod, csz, [&](int x, int y, int z, int t, int c) {
+    if (in(Place{{x, y, z, t}, c})) places.push_back({{x, y, z, t}, c});
+  });
+  return places;
+}
+
+/// The walk by coordinates: from the first place of the queue on, calls enter(from, to) for each
+/// neighbour in the region, in sweep order of the steps; one that is entered goes into the queue.
+template <class Enter>
+void Walk(const ZUMRoDRef& rod, const ZUMImage<ZUMBool>& con, std::deque<Place> queue,
+          Enter enter) {
+  const auto steps = PlacesOf(con, 1, [&](const Place& at) { return At(con, at); });
+  for (; !queue.empty(); queue.pop_front()) {
+    const Place from = queue.front();
+    for (const auto& [d, c] : steps) {
+      const Place to{{from.p.x + d.x, from.p.y + d.y, from.p.z + d.z, from.p.t + d.t}, from.c};
+      if (rod.InP(to.p) && enter(from, to)) queue.push_back(to);
+    }
+  }
+}
+
+/// Plane ones, with their centre and in a wide image too, a stack's, one along T, and a wide one.
 inline std::vector<ZUMImage<ZUMBool>> MakeSymmetricConnectivities() {
   const ZUMImage<ZUMBool> wide(ZUMRect(-3, -2, 0, 0, 3, 2, 0, 0), 1, false);
+  const ZUMImage<ZUMBool> four = ZUMCopy(wide), eight(ZUMRect(-1, -1, 0, 0, 1, 1, 0, 0), 1, true);
   wide(-3, 1) = wide(3, -1) = wide(2, 0) = wide(-2, 0) = true;
-  return {ZUMCon4, ZUMCon8, wide, ZUMImage<ZUMBool>(ZUMRect(-1, -1, -1, 0, 1, 1, 1, 0), 1, true),
+  four(0, -1) = four(-1, 0) = four(1, 0) = four(0, 1) = true;
+  return {ZUMCon4,
+          ZUMCon8,
+          four,
+          eight,
+          wide,
+          ZUMImage<ZUMBool>(ZUMRect(-1, -1, -1, 0, 1, 1, 1, 0), 1, true),
           ZUMImage<ZUMBool>(ZUMRect(-1, 0, 0, -1, 1, 0, 0, 1), 1, true)};
 }
 

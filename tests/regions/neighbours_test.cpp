@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <array>
 #include <map>
 #include <set>
 #include <utility>
@@ -14,106 +13,80 @@ namespace {
 
 using namespace zuml_test;
 
-// Calls f(a, b, p, c) for each pixel and neighbour in the image, in sweep order.
-template <class F>
-void ForEachPair(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& con, F f) {
-  ForEachPoint(labels, labels.GetCSz(), [&](int x, int y, int z, int t, int c) {
-    for (const ZUMBasePoint<int>& d : StepsOf(con)) {
-      const ZUMBasePoint<int> q(x + d.x, y + d.y, z + d.z, t + d.t);
-      if (labels.InP(q)) {
-        f(labels(x, y, z, t, c), labels(q, c), std::array<int, 5>{x, y, z, t, c});
-      }
-    }
-  });
-}
-
 TEST(Neighbours, EqualTheCountsOfPairs) {
   Random random(1);
   for (int round = 0; round < 16; ++round) {
     // With many labels some have more than 19 neighbours.
     const ZUMImage<ZUMLong> labels =
         MakeRandomLabels(random, kLayouts[round % 4], round % 4 == 3 ? 0 : random.Int(3, 90));
-    if (round % 2 == 0) {
-      ForEachPoint(labels, labels.GetCSz(), [&](auto... at) {
-        if (random.Int(0, 3) == 0) labels(at...) = random.Int(-1, 0);
-      });
-    }
+    const auto all = PlacesOf(labels, labels.GetCSz(), [](const Place&) { return true; });
     ZUMLong least = INT32_MAX, greatest = INT32_MIN, first = INT32_MAX;
-    ForEachPoint(labels, labels.GetCSz(), [&](auto... at) {
-      least = std::min(least, labels(at...));
-      greatest = std::max(greatest, labels(at...));
-      if (labels(at...) > 0) first = std::min(first, labels(at...));
-    });
+    for (const Place& at : all) {
+      if (round % 2 == 0 && random.Int(0, 3) == 0) At(labels, at) = random.Int(-1, 0);
+      least = std::min(least, At(labels, at));
+      greatest = std::max(greatest, At(labels, at));
+      if (At(labels, at) > 0) first = std::min(first, At(labels, at));
+    }
     for (const ZUMImage<ZUMBool>& con : MakeConnectivities()) {
       std::map<std::pair<ZUMLong, ZUMLong>, ZUMLong> pairs;
       std::map<ZUMLong, std::vector<ZUMLong>> listed;
-      std::set<std::pair<ZUMLong, std::array<int, 5>>> touching;
-      ForEachPair(labels, con, [&](ZUMLong a, ZUMLong b, const auto& p) {
-        if (a == b) return;
-        if (b > 0) touching.insert({b, p});
-        if (b == -1) return;
+      std::map<ZUMLong, std::set<const ZUMLong*>> touching;
+      Walk(labels, con, all, [&](const Place& from, const Place& to) {
+        const ZUMLong a = At(labels, from), b = At(labels, to);
+        if (a == b) return false;
+        touching[b].insert(&At(labels, from));
+        if (b == -1) return false;
         ++pairs[{a, b}];
         std::vector<ZUMLong>& list = listed[a];
-        if (list.size() < 19 && std::find(list.begin(), list.end(), b) == list.end()) {
-          list.push_back(b);
-        }
+        const bool known = std::find(list.begin(), list.end(), b) != list.end();
+        if (!known && list.size() < 19) list.push_back(b);
+        return false;
       });
-      EXPECT_TRUE(
-          SameImage(ZUMRegionNeighbour(labels, con),
-                    MakeByPoint<ZUMLong>(ZUMRoDRef(least, least, 0, 0, greatest, greatest, 0, 0), 1,
-                                         [&](int x, int y, int, int, int) {
-                                           return pairs[{y, x}];
-                                         })));
-      const ZUMRoDRef columns(least, 0, 0, 0, greatest, 20, 0, 0);
-      const auto label_in = [&](int x, int row) {
-        return listed[x][static_cast<std::size_t>(row - 1)];
+      const auto table = [](ZUMLong low, int y, ZUMLong high, int end_y, auto entry) {
+        return MakeByPoint<ZUMLong>(ZUMRoDRef(low, y, 0, 0, high, end_y, 0, 0), 1,
+                                    [&](int px, int py, auto...) { return entry(px, py); });
       };
-      EXPECT_TRUE(SameImage(ZUMRegionNeighbour2(labels, con),
-                            MakeByPoint<ZUMLong>(columns, 1, [&](int x, int y, int, int, int) {
-                              const int n = static_cast<int>(listed[x].size());
-                              return y == 0 ? n : y <= n ? label_in(x, y) : 0;
+      const auto in_row = [&](auto entry) {
+        return table(least, 0, greatest, 20, [&](int x, int y) {
+          const auto& list = listed[x];
+          const auto n = static_cast<int>(list.size());
+          return y <= n ? entry(x, n, y == 0 ? nullptr : &list[static_cast<std::size_t>(y - 1)])
+                        : 0;
+        });
+      };
+      EXPECT_TRUE(SameImage(ZUMRegionNeighbour(labels, con),
+                            table(least, least, greatest, greatest, [&](int x, int y) {
+                              return pairs[{y, x}];
                             })));
+      EXPECT_TRUE(SameImage(ZUMRegionNeighbour2(labels, con),
+                            in_row([](int, int n, const ZUMLong* b) { return b ? *b : n; })));
       EXPECT_TRUE(SameImage(ZUMRegionNeighbourFrontier2(labels, con),
-                            MakeByPoint<ZUMLong>(columns, 1, [&](int x, int y, int, int, int) {
-                              const int n = static_cast<int>(listed[x].size());
-                              return y == 0 || y > n ? 0 : pairs[{x, label_in(x, y)}];
+                            in_row([&](int x, int, const ZUMLong* b) {
+                              return b ? pairs[{x, *b}] : 0;
                             })));
       const ZUMImage<ZUMLong> frontier = ZUMRegionExtFrontierArea(labels, con);
-      EXPECT_EQ(frontier.EmptyP() != 0, greatest < 1);
-      if (greatest < 1) continue;
-      std::map<ZUMLong, ZUMLong> area;
-      for (const auto& entry : touching) ++area[entry.first];
-      EXPECT_TRUE(
-          SameImage(frontier, MakeByPoint<ZUMLong>(ZUMRoDRef(first, 0, 0, 0, greatest, 0, 0, 0), 1,
-                                                   [&](int x, auto...) { return area[x]; })));
+      EXPECT_TRUE(greatest < 1 ? frontier.EmptyP() != 0
+                               : SameImage(frontier, table(first, 0, greatest, 0, [&](int x, int) {
+                                             return static_cast<ZUMLong>(touching[x].size());
+                                           })));
     }
   }
 }
 
-TEST(Neighbours, ListsStopAtNineteen) {
-  // A 0 between many labels.
-  const ZUMImage<ZUMLong> labels(ZUMRect(0, 0, 0, 0, 24, 1, 0, 0), 1, 0);
-  for (int x = 0; x < 25; ++x) labels(x, 1) = x + 1;
-  const ZUMImage<ZUMLong> lists = ZUMRegionNeighbour2(labels, ZUMCon4);
-  EXPECT_EQ(lists(0, 0), 19);
-  EXPECT_EQ(lists(0, 19), 19);
-  EXPECT_EQ(lists(0, 20), 0);
-  EXPECT_EQ(ZUMRegionNeighbourFrontier2(labels, ZUMCon4)(0, 19), 1);
-}
-
 TEST(Neighbours, Messages) {
   const ZUMImage<ZUMBool> aside(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
-  using Operation = ZUMImage<ZUMLong> (*)(const ZUMImage<ZUMLong>&, const ZUMImage<ZUMBool>&);
+  const ZUMImage<ZUMLong> labels(ZUMRect(0, 0, 0, 0, 1, 0, 0, 0), 1, 1), nothing;
+  using Operation = decltype(&ZUMRegionNeighbour);
   const std::pair<Operation, std::string> operations[] = {
       {ZUMRegionExtFrontierArea, "ZUMRegionExtFrontierArea"},
       {ZUMRegionNeighbour, "ZUMRegionNeighbour"},
       {ZUMRegionNeighbour2, "ZUMRegionNeighbour2"},
       {ZUMRegionNeighbourFrontier2, "ZUMRegionNeighbourFrontier2"}};
   for (const auto& [operation, name] : operations) {
-    EXPECT_EQ(MessageOf([&, f = operation] { f(ReadLabels("12"), aside); }),
+    EXPECT_EQ(MessageOf([&, &run = operation] { run(labels, aside); }),
               name + ": Dimensions of the connectivity image are not allowed");
     EXPECT_EQ(
-        MessageOf([&, f = operation] { f(ZUMImage<ZUMLong>(), ZUMCon8); }),
+        MessageOf([&, &run = operation] { run(nothing, ZUMCon8); }),
         name == "ZUMRegionExtFrontierArea" ? "" : "ZUMMinMax:Valor indefinido por imagen vacia");
   }
 }

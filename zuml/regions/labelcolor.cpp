@@ -11,18 +11,24 @@ namespace {
 constexpr int kRows = 10002;
 using Row = std::array<ZUMByte, 3>;
 
-// The colours only have to differ between neighbours in the table and from black: the three bytes
-// of a scrambled row number, one of them made bright.
+// Regions that lie together have labels that do: from row to row the hue goes on by the golden
+// section of the circle, so that near rows differ, in one of three strengths and two brightnesses,
+// all far from black.
 constexpr std::array<Row, kRows> MakePalette() {
   std::array<Row, kRows> rows{{{181, 201, 148}, {65, 205, 5}, {9, 104, 3}, {115, 104, 63}}};
   for (unsigned i = 4; i < kRows; ++i) {
-    std::uint32_t hash = i * 0x9E3779B1u;
-    hash = (hash ^ hash >> 15) * 0x85EBCA6Bu;
-    hash ^= hash >> 13;
+    constexpr unsigned kGoldenSection = 0x9E3779B1u;      // in 2^-32 of the circle
+    const unsigned hue = (i * kGoldenSection >> 16) * 6;  // sixths of the circle above bit 16
+    const unsigned high = i % 2 ? 255 : 205, low = i % 3 * 50;
+    const unsigned rise = low + (high - low) * (hue & 0xffff) / 0x10000;
+    // Of the primary colours of a third of the circle, first the next one rises and then its own
+    // falls.
+    const std::size_t from = (hue >> 16) / 2;
+    const bool falls = hue >> 16 & 1;
     Row& row = rows[i];
-    row = {static_cast<ZUMByte>(hash), static_cast<ZUMByte>(hash >> 8),
-           static_cast<ZUMByte>(hash >> 16)};
-    row[i % 3] |= 0x80;
+    row[from] = static_cast<ZUMByte>(falls ? high + low - rise : high);
+    row[(from + 1) % 3] = static_cast<ZUMByte>(falls ? high : rise);
+    row[(from + 2) % 3] = static_cast<ZUMByte>(low);
   }
   return rows;
 }

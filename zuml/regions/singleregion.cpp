@@ -124,6 +124,7 @@ ZUMBasePoint<int> ZUMGravityCenter(const ZUMImage<P>& image) {
 }
 
 int ZUMRegionWidth(const ZUMImage<ZUMBool>& image) {
+  if (image.EmptyP()) return 0;
   const ZUMRect hull = FindHull(image);
   return std::max(hull.end.x - hull.begin.x + 1, 0);
 }
