@@ -9,6 +9,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "zuml/core/storedpixel.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumsweep.h"
@@ -19,6 +20,7 @@ using zuml_detail::Interpolate;
 using zuml_detail::Neighbours;
 using zuml_detail::PairAround;
 using zuml_detail::RoundCoordinate;
+using zuml_detail::Stored;
 using zuml_detail::WarpSource;
 
 namespace {
@@ -89,10 +91,6 @@ Range FindInside(Range range, const double* v, double add, Below below, Above ab
 // A line is warped in stretches: first the places of all source pixels, then the pixels, so that
 // the compiler makes vectors of all but the reads themselves.
 constexpr int kStretch = 128;
-
-// The type in which pixels are read: bool pixels are bytes.
-template <class P>
-using Stored = std::conditional_t<std::same_as<P, ZUMBool>, ZUMByte, P>;
 
 // The source's pixels at one Z, T and channel.
 template <class P>
