@@ -61,44 +61,86 @@ inline void TransposeSquare(W* to, std::ptrdiff_t to_pitch, const W* from,
   for (int i = 0; i < n; ++i) std::memcpy(to + i * to_pitch, &lines[i], 16);
 }
 
-/// to[i * to_pitch + j] = from[j * row + i * column] for i below lines and j below pixels; column
-/// is 1 or -1. The walk goes in tiles whose lines stay in the cache on both sides.
+/// A transposition in memory: to[i * to_pitch + j] = from[j * row + i * column], where column is 1
+/// or -1. P is an unsigned integer of the pixel's size, or the pixel where none has it.
 template <class P>
-void TransposeBlock(P* to, std::ptrdiff_t to_pitch, const P* from, std::ptrdiff_t row, int column,
-                    std::ptrdiff_t lines, std::ptrdiff_t pixels) {
-  const auto move_one_by_one = [&](std::ptrdiff_t i0, std::ptrdiff_t i1, std::ptrdiff_t j0,
-                                   std::ptrdiff_t j1) {
-    for (std::ptrdiff_t i = i0; i < i1; ++i) {
-      for (std::ptrdiff_t j = j0; j < j1; ++j) to[i * to_pitch + j] = from[j * row + i * column];
-    }
-  };
-  constexpr std::ptrdiff_t kTile = 64;
-  if constexpr (sizeof(P) > 8) {
-    for (std::ptrdiff_t i = 0; i < lines; i += kTile) {
-      const std::ptrdiff_t i1 = i + kTile < lines ? i + kTile : lines;
-      for (std::ptrdiff_t j = 0; j < pixels; j += kTile) {
-        move_one_by_one(i, i1, j, j + kTile < pixels ? j + kTile : pixels);
-      }
-    }
-  } else {
-    using W = typename MovedAs<sizeof(P)>::Type;
-    constexpr std::ptrdiff_t n = 16 / sizeof(P);
-    auto* to_words = reinterpret_cast<W*>(to);
-    auto* from_words = reinterpret_cast<const W*>(from);
-    const std::ptrdiff_t whole_lines = lines - lines % n, whole_pixels = pixels - pixels % n;
-    for (std::ptrdiff_t i0 = 0; i0 < whole_lines; i0 += kTile) {
-      const std::ptrdiff_t i1 = i0 + kTile < whole_lines ? i0 + kTile : whole_lines;
+struct Transposition {
+  P* to;
+  std::ptrdiff_t to_pitch;
+  const P* from;
+  std::ptrdiff_t row, column;
+
+  /// The same from line i and pixel j of the result on.
+  Transposition From(std::ptrdiff_t i, std::ptrdiff_t j) const {
+    return {to + i * to_pitch + j, to_pitch, from + j * row + i * column, row, column};
+  }
+
+  /// The pixels [0, lines) x [0, pixels) in squares, and what fills none one by one.
+  void MoveSquares(std::ptrdiff_t lines, std::ptrdiff_t pixels) const {
+    std::ptrdiff_t whole_lines = 0, whole_pixels = 0;
+    if constexpr (sizeof(P) <= 8) {
+      constexpr std::ptrdiff_t n = 16 / sizeof(P);
+      whole_lines = lines - lines % n;
+      whole_pixels = pixels - pixels % n;
       for (std::ptrdiff_t j = 0; j < whole_pixels; j += n) {
-        for (std::ptrdiff_t i = i0; i < i1; i += n) {
+        for (std::ptrdiff_t i = 0; i < whole_lines; i += n) {
           // Columns that run backwards are read as a forward square and written from its last line.
-          const W* square = from_words + j * row + (column > 0 ? i : -(i + n - 1));
-          W* target = to_words + (column > 0 ? i : i + n - 1) * to_pitch + j;
-          TransposeSquare<W>(target, column > 0 ? to_pitch : -to_pitch, square, row);
+          const P* square = from + j * row + (column > 0 ? i : -(i + n - 1));
+          P* target = to + (column > 0 ? i : i + n - 1) * to_pitch + j;
+          TransposeSquare<P>(target, column > 0 ? to_pitch : -to_pitch, square, row);
         }
       }
     }
-    move_one_by_one(0, whole_lines, whole_pixels, pixels);
-    move_one_by_one(whole_lines, lines, 0, pixels);
+    MoveOneByOne(0, whole_lines, whole_pixels, pixels);
+    MoveOneByOne(whole_lines, lines, 0, pixels);
+  }
+
+ private:
+  void MoveOneByOne(std::ptrdiff_t i0, std::ptrdiff_t i1, std::ptrdiff_t j0,
+                    std::ptrdiff_t j1) const {
+    for (std::ptrdiff_t i = i0; i < i1; ++i) {
+      for (std::ptrdiff_t j = j0; j < j1; ++j) to[i * to_pitch + j] = from[j * row + i * column];
+    }
+  }
+};
+
+/// Runs a transposition of [0, lines) x [0, pixels). Lines of sizes that are powers of two fall on
+/// the same places of the cache, which then drops them between one write and the next. So tiles as
+/// wide as a line of the cache are made beside the result, and each of its lines is written once.
+template <class P>
+void RunTransposition(const Transposition<P>& all, std::ptrdiff_t lines, std::ptrdiff_t pixels) {
+  constexpr std::ptrdiff_t m = 64 / sizeof(P), kLinesAtATime = 64;
+  const std::ptrdiff_t whole_lines = lines - lines % m, whole_pixels = pixels - pixels % m;
+  alignas(64) P tile[m * m];
+  for (std::ptrdiff_t first = 0; first < whole_lines; first += kLinesAtATime) {
+    const std::ptrdiff_t last =
+        first + kLinesAtATime < whole_lines ? first + kLinesAtATime : whole_lines;
+    for (std::ptrdiff_t j = 0; j < whole_pixels; j += m) {
+      for (std::ptrdiff_t i = first; i < last; i += m) {
+        const Transposition<P> part = all.From(i, j);
+        Transposition<P>{tile, m, part.from, part.row, part.column}.MoveSquares(m, m);
+        for (std::ptrdiff_t k = 0; k < m; ++k) {
+          std::memcpy(part.to + k * part.to_pitch, tile + k * m, sizeof(P) * m);
+        }
+      }
+    }
+  }
+  all.From(0, whole_pixels).MoveSquares(whole_lines, pixels - whole_pixels);
+  all.From(whole_lines, 0).MoveSquares(lines - whole_lines, pixels);
+}
+
+/// to[i * to_pitch + j] = from[j * row + i * column] for i below lines and j below pixels; column
+/// is 1 or -1.
+template <class P>
+void TransposeBlock(P* to, std::ptrdiff_t to_pitch, const P* from, std::ptrdiff_t row, int column,
+                    std::ptrdiff_t lines, std::ptrdiff_t pixels) {
+  if constexpr (sizeof(P) > 8) {
+    RunTransposition<P>({to, to_pitch, from, row, column}, lines, pixels);
+  } else {
+    using W = typename MovedAs<sizeof(P)>::Type;
+    RunTransposition<W>(
+        {reinterpret_cast<W*>(to), to_pitch, reinterpret_cast<const W*>(from), row, column}, lines,
+        pixels);
   }
 }
 

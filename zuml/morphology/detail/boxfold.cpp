@@ -1,6 +1,7 @@
 #include "zuml/morphology/detail/boxfold.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <type_traits>
 #include <vector>
 
@@ -18,6 +19,10 @@ namespace {
 
 // Windows of up to this many lines are folded line by line.
 constexpr int kShortWindow = 5;
+
+// Writing to many lines by turns is slow where each lies in a page of its own, so many bytes from
+// the one before: there they are finished beside the result and copied one after the other.
+constexpr std::ptrdiff_t kFarApart = 2048;
 
 template <class P, class Order>
 void FoldFewWindows(Stored<P>* out, const Stored<P>* in, int count, int step, int last,
@@ -208,13 +213,24 @@ class Strip {
         lines_[static_cast<std::size_t>(k)] = GetLine(first + k, Buffer(k));
       }
       if (first > 0) {
-        FoldPrefixes<P, Order>(out + (first - length_ + 1) * stride, stride, suffixes, room_,
-                               lines_.data(), std::min(lines, length_ - 1), width_);
+        WriteFolds(out + (first - length_ + 1) * stride, stride, suffixes,
+                   std::min(lines, length_ - 1));
       }
       if (first < count) {
         FoldSuffixes<P, Order>(out + first * stride, suffixes, room_, lines_.data(), length_,
                                width_);
       }
+    }
+  }
+
+  // Writes `count` lines of the result from the suffixes of one block and the prefixes of the next.
+  void WriteFolds(S* out, std::ptrdiff_t stride, S* suffixes, int count) {
+    const bool far_apart = std::abs(stride) * static_cast<std::ptrdiff_t>(sizeof(S)) >= kFarApart;
+    FoldPrefixes<P, Order>(far_apart ? suffixes : out, far_apart ? room_ : stride, suffixes, room_,
+                           lines_.data(), count, width_);
+    if (!far_apart) return;
+    for (int k = 0; k < count; ++k) {
+      std::copy_n(suffixes + k * room_, width_, out + k * stride);
     }
   }
 
@@ -229,10 +245,10 @@ class Strip {
   int c_ = 0, width_ = 0;
 };
 
-// As wide as the first cache allows with the lines that a strip keeps: long runs are fetched and
-// stored faster. Below a kilobyte the pixels beside a strip would weigh more.
+// As wide as the second cache allows with the lines that a strip keeps, and a page at least: long
+// runs are fetched and stored faster.
 int GetStripBytes(int length) {
-  constexpr int kKeptBytes = 32 * 1024, kLeastBytes = 1024;
+  constexpr int kKeptBytes = 128 * 1024, kLeastBytes = 4096;
   const int lines = length <= kShortWindow ? length + 1 : 2 * length;
   return std::max(kKeptBytes / lines, kLeastBytes);
 }
