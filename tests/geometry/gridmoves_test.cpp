@@ -27,8 +27,8 @@ TYPED_TEST_SUITE(GridMoves, ValueTypes);
 TYPED_TEST(GridMoves, MovePixelsWithTheirRegion) {
   using P = TypeParam;
   Random random(1);
-  for (int round = 0; round < 48; ++round) {
-    const ZUMRect box = MakeRandomBox(random, 70, 40, 3, 2);
+  for (int round = 0; round < 32; ++round) {
+    const ZUMRect box = MakeRandomBox(random, 150, 100, 2, 2);
     const int csz = random.Int(1, 3);
     const auto image = MakeRandomImage<P>(random, box, csz, kLayouts[round % 4]);
     const auto before = ZUMCopy(image);
