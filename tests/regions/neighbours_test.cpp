@@ -73,22 +73,4 @@ TEST(Neighbours, EqualTheCountsOfPairs) {
   }
 }
 
-TEST(Neighbours, Messages) {
-  const ZUMImage<ZUMBool> aside(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
-  const ZUMImage<ZUMLong> labels(ZUMRect(0, 0, 0, 0, 1, 0, 0, 0), 1, 1), nothing;
-  using Operation = decltype(&ZUMRegionNeighbour);
-  const std::pair<Operation, std::string> operations[] = {
-      {ZUMRegionExtFrontierArea, "ZUMRegionExtFrontierArea"},
-      {ZUMRegionNeighbour, "ZUMRegionNeighbour"},
-      {ZUMRegionNeighbour2, "ZUMRegionNeighbour2"},
-      {ZUMRegionNeighbourFrontier2, "ZUMRegionNeighbourFrontier2"}};
-  for (const auto& [operation, name] : operations) {
-    EXPECT_EQ(MessageOf([&, &run = operation] { run(labels, aside); }),
-              name + ": Dimensions of the connectivity image are not allowed");
-    EXPECT_EQ(
-        MessageOf([&, &run = operation] { run(nothing, ZUMCon8); }),
-        name == "ZUMRegionExtFrontierArea" ? "" : "ZUMMinMax:Valor indefinido por imagen vacia");
-  }
-}
-
 }  // namespace
