@@ -1,34 +1,14 @@
-/// What the tests of regions share: pictures in letters, label images with gaps and negative
-/// values, and connectivities of every kind.
+/// What the tests of regions share: label images with gaps and negative values, walks by
+/// coordinates, and connectivities of every kind.
 #pragma once
 
 #include <deque>
-#include <string>
 #include <vector>
 
 #include "tests/support/testimages.h"
 #include "zuml/core/zumconnectivity.h"
 
 namespace zuml_test {
-
-/// Lines of '#' and '.' as an image from (0, 0) on.
-inline ZUMImage<ZUMBool> ReadPicture(const std::string& text) {
-  const int width = static_cast<int>(std::min(text.find('\n'), text.size()));
-  const int height = static_cast<int>((text.size() + 1) / static_cast<std::size_t>(width + 1));
-  return MakeByPoint<ZUMBool>(ZUMRoDRef(0, 0, 0, 0, width - 1, height - 1, 0, 0), 1,
-                              [&](int x, int y, int, int, int) {
-                                return text[static_cast<std::size_t>(y * (width + 1) + x)] == '#';
-                              });
-}
-
-inline std::string WritePicture(const ZUMImage<ZUMBool>& image) {
-  std::string text;
-  ForEachPoint(image, image.GetCSz(), [&](int x, int y, int z, int t, int c) {
-    text += image(x, y, z, t, c) ? '#' : '.';
-    if (x == image.EndX()) text += '\n';
-  });
-  return text;
-}
 
 /// Labels in short runs, with stacks and channels: 0, negative values, and positive ones with gaps
 /// from 3 up to `greatest`, or none at all if that is 0.

@@ -8,6 +8,11 @@
 #include <utility>
 
 #include "tests/regions/labelpictures.h"
+#include "zuml/regions/filling.h"
+#include "zuml/regions/labelcolor.h"
+#include "zuml/regions/labelling.h"
+#include "zuml/regions/regionmoments.h"
+#include "zuml/regions/zones.h"
 
 namespace {
 
@@ -73,21 +78,49 @@ TEST(Neighbours, EqualTheCountsOfPairs) {
   }
 }
 
-TEST(Neighbours, Messages) {
-  const ZUMImage<ZUMBool> aside(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
-  const ZUMImage<ZUMLong> labels(ZUMRect(0, 0, 0, 0, 1, 0, 0, 0), 1, 1), nothing;
-  using Operation = decltype(&ZUMRegionNeighbour);
-  const std::pair<Operation, std::string> operations[] = {
-      {ZUMRegionExtFrontierArea, "ZUMRegionExtFrontierArea"},
-      {ZUMRegionNeighbour, "ZUMRegionNeighbour"},
-      {ZUMRegionNeighbour2, "ZUMRegionNeighbour2"},
-      {ZUMRegionNeighbourFrontier2, "ZUMRegionNeighbourFrontier2"}};
-  for (const auto& [operation, name] : operations) {
-    EXPECT_EQ(MessageOf([&, &run = operation] { run(labels, aside); }),
-              name + ": Dimensions of the connectivity image are not allowed");
-    EXPECT_EQ(
-        MessageOf([&, &run = operation] { run(nothing, ZUMCon8); }),
-        name == "ZUMRegionExtFrontierArea" ? "" : "ZUMMinMax:Valor indefinido por imagen vacia");
+// What all operations on regions refuse.
+TEST(Regions, Messages) {
+  const ZUMRect box(0, 0, 0, 0, 1, 0, 0, 0);
+  const ZUMImage<ZUMBool> picture(box, 1, true), none,
+      pairs(ZUMRect(-1, 0, 0, 0, 1, 0, 0, 0), 2, true),
+      aside(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
+  const ZUMImage<ZUMLong> labels(box, 1, 1), two(box, 2, 1), nothing;
+  const std::string con = ": Dimensions of the connectivity image are not allowed";
+  const std::string channels = ": Images with different number of channels are not allowed";
+  const std::string frame = "ZUMRaster: It is not allowed create a framed raster with an empty RoD";
+  const std::string range = "ZUMMinMax:Valor indefinido por imagen vacia";
+  const auto refused = [](const std::string& text, auto f) { EXPECT_EQ(MessageOf(f), text); };
+  for (const ZUMImage<ZUMBool>& bad : {pairs, aside, none}) {
+    refused("RegionLabel" + con, [&] { ZUMRegionLabel(picture, bad); });
+    refused("RegionLabel" + con, [&] { ZUMRegionValueLabel(picture, bad); });
+    refused("RegionsOfInfluence" + con, [&] { ZUMRegionsOfInfluence(labels, bad); });
+    refused("ZUMRegionExtFrontierArea" + con, [&] { ZUMRegionExtFrontierArea(labels, bad); });
+    refused("ZUMRegionNeighbour" + con, [&] { ZUMRegionNeighbour(labels, bad); });
+    refused("ZUMRegionNeighbour2" + con, [&] { ZUMRegionNeighbour2(labels, bad); });
+    refused("ZUMRegionNeighbourFrontier2" + con, [&] { ZUMRegionNeighbourFrontier2(labels, bad); });
+    refused("ZUMExtendRegionToMax" + con, [&] { ZUMExtendRegionToMax(picture, labels, bad); });
+    refused("ZUMExtendRegionToMin" + con, [&] { ZUMExtendRegionToMin(picture, labels, bad); });
+    // The channels are the first error.
+    refused("ZUMExtendRegionToMax" + channels, [&] { ZUMExtendRegionToMax(picture, two, bad); });
+    refused("ZUMExtendRegionToMin" + channels, [&] { ZUMExtendRegionToMin(picture, two, bad); });
+  }
+  refused(frame, [&] { ZUMRegionLabel(none, ZUMCon8); });
+  refused(frame, [&] { ZUMRegionValueLabel(none, ZUMCon8); });
+  refused(frame, [&] { ZUMRegionsOfInfluence(nothing, ZUMCon8); });
+  refused("ZUMAddFrame: It is not allowed add a frame to an empty image",
+          [&] { ZUMFillRegion(none, ZUMCon8); });
+  refused("", [&] { ZUMRegionExtFrontierArea(nothing, ZUMCon8); });
+  refused(range, [&] { ZUMRegionNeighbour(nothing, ZUMCon8); });
+  refused(range, [&] { ZUMRegionNeighbour2(nothing, ZUMCon8); });
+  refused(range, [&] { ZUMRegionNeighbourFrontier2(nothing, ZUMCon8); });
+  refused(range, [&] { ZUMRelabel(nothing); });
+  refused("ZUMMin:Valor indefinido por imagen vacia", [&] { ZUMLabelColor(nothing); });
+  const std::string order = ": it only calcules moments of order 0,1 and 2";
+  for (const auto& [p, q] : {std::pair{3, 0}, {0, 3}, {-1, 0}, {0, -1}, {2, 2}}) {
+    refused("ZUMRegionCenteredMoment" + order,
+            [&, p = p, q = q] { ZUMRegionCenteredMoment(labels, p, q); });
+    refused(p == q ? "" : "ZUMRegionMoment" + order,
+            [&, p = p, q = q] { ZUMRegionMoment(labels, p, q); });
   }
 }
 

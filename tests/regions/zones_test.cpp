@@ -70,25 +70,4 @@ TYPED_TEST(Zones, ClimbAndDescend) {
   }
 }
 
-TEST(Zones, Messages) {
-  const ZUMRect box(0, 0, 0, 0, 3, 3, 0, 0);
-  const ZUMImage<ZUMShort> image(box, 1, 0), two_channels(box, 2, 0), nothing;
-  const ZUMImage<ZUMBool> region(box, 1, true), aside(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
-  const std::string bad = ": Dimensions of the connectivity image are not allowed";
-  const std::string channels = ": Images with different number of channels are not allowed";
-  const std::string no_frame =
-      "ZUMRaster: It is not allowed create a framed raster with an empty RoD";
-  EXPECT_EQ(MessageOf([&] { ZUMRegionsOfInfluence(image, aside); }), "RegionsOfInfluence" + bad);
-  EXPECT_EQ(MessageOf([&] { ZUMRegionsOfInfluence(nothing, ZUMCon8); }), no_frame);
-  using Extend = decltype(&ZUMExtendRegionToMax<ZUMShort>);
-  const std::pair<Extend, std::string> forms[] = {{ZUMExtendRegionToMax, "ZUMExtendRegionToMax"},
-                                                  {ZUMExtendRegionToMin, "ZUMExtendRegionToMin"}};
-  for (const auto& [extend, name] : forms) {
-    const auto run = extend;
-    EXPECT_EQ(MessageOf([&] { run(region, image, aside); }), name + bad);
-    // The channels are the first error.
-    EXPECT_EQ(MessageOf([&] { run(region, two_channels, aside); }), name + channels);
-  }
-}
-
 }  // namespace

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <numeric>
 #include <vector>
 
 #include "tests/support/testimages.h"
@@ -38,10 +37,10 @@ ZUMImage<ZUMLong> MakeRandomHistogram(Random& random) {
   return MakeHistogram(random.Int(-9, 30), counts);
 }
 
-double Moment(const ZUMImage<ZUMLong>& h, int i) { return ZUMWrapMul<ZUMLong>(i, h(i)); }
-
 struct Part {
   double n = 0, s = 0, q = 0, peak = 0;
+  double Mean() const { return s / n; }
+  double Deviation() const { return std::sqrt(std::max(n * q - s * s, 0.0)) / n; }
 };
 
 // The bins first to last, summed anew.
@@ -49,7 +48,7 @@ Part Sum(const ZUMImage<ZUMLong>& h, int first, int last) {
   Part part;
   for (int i = first; i <= last; ++i) {
     part.n += h(i);
-    part.s += Moment(h, i);
+    part.s += ZUMWrapMul<ZUMLong>(i, h(i));
     part.q += static_cast<double>(i) * i * h(i);
     part.peak = std::max(part.peak, static_cast<double>(h(i)));
   }
@@ -57,15 +56,12 @@ Part Sum(const ZUMImage<ZUMLong>& h, int first, int last) {
 }
 
 // The first bin from `first` to `last` with the greatest criterion above `least`; NaN is none.
-template <class Criterion>
-int FirstGreatest(int first, int last, double least, Criterion criterion) {
+template <class V, class Criterion>
+int FirstGreatest(int first, int last, V least, Criterion criterion) {
   int best = 0;
   for (int t = first; t <= last; ++t) {
-    const double v = criterion(t);
-    if (v > least) {
-      least = v;
-      best = t;
-    }
+    const V v = criterion(t);
+    if (v > least) least = v, best = t;
   }
   return best;
 }
@@ -73,48 +69,71 @@ int FirstGreatest(int first, int last, double least, Criterion criterion) {
 TEST(HistogramThresholds, AgreeWithTheirCriteriaBinByBin) {
   Random random(21);
   constexpr double kLeast = -std::numeric_limits<double>::max();
-  for (int round = 0; round < 4000; ++round) {
-    const ZUMImage<ZUMLong> h = MakeRandomHistogram(random);
+  // Bins without a deviation and below the first candidate of the fit; then random ones.
+  const ZUMImage<ZUMLong> by_hand[] = {MakeHistogram(0, {1, 2, 3, 2, 1, 0}),
+                                       MakeHistogram(1, {0, 0, 0, 0, 0, 0, 5})};
+  for (std::size_t round = 0; round < 4000; ++round) {
+    const ZUMImage<ZUMLong> h = round < 2 ? by_hand[round] : MakeRandomHistogram(random);
     const int begin = h.BeginX(), end = h.EndX();
+    const Part all = Sum(h, begin, end);
     const auto otsu = [&](int t) {
       const Part a = Sum(h, begin, t - 1), b = Sum(h, t, end);
-      if (a.n == 0 || b.n == 0) return 0.0;
-      const double d = b.s / b.n - a.s / a.n;
+      const double d = b.Mean() - a.Mean();
       return a.n * b.n * (d * d);
     };
-    ASSERT_EQ(ZUMHistogramOtsu(h), FirstGreatest(begin, end, 0, otsu)) << round;
-    ASSERT_EQ(ZUMHistogramValleyOtsu(h), FirstGreatest(begin, end, 0, [&](int t) {
-                return otsu(t) * (Sum(h, begin, end).n - h(t));
-              }));
-    const auto deviation = [](const Part& p) {
-      return std::sqrt(std::max(p.n * p.q - p.s * p.s, 0.0)) / p.n;
+    const auto valley_otsu = [&](int t) { return otsu(t) * (all.n - h(t)); };
+    const auto deviations = [&](int t) {
+      return -(Sum(h, begin, t - 1).Deviation() + Sum(h, t, end).Deviation());
     };
-    ASSERT_EQ(ZUMHistogramMinVarianceThr(h),
-              FirstGreatest(begin, end - 1, kLeast,
-                            [&](int t) {
-                              return -(deviation(Sum(h, begin, t - 1)) + deviation(Sum(h, t, end)));
-                            }))
-        << round;
-    ASSERT_EQ(ZUMHistogramValleyMinSumThr(h), FirstGreatest(begin + 1, end, kLeast, [&](int t) {
-                double low = 0, high = 0;
-                for (int i = begin; i < t; ++i) low += std::max(h(i) - h(t), 0);
-                for (int i = t + 1; i < end; ++i) high += std::max(h(i) - h(t), 0);
-                return std::min(low, high);
-              }));
-    double depth = 0, distance = kLeast;
-    int valley = 0;
-    for (int t = begin + 1; t < end; ++t) {
+    const auto areas = [&](int t) {
+      double low = 0, high = 0;
+      for (int i = begin; i < t; ++i) low += std::max(h(i) - h(t), 0);
+      for (int i = t + 1; i < end; ++i) high += std::max(h(i) - h(t), 0);
+      return std::min(low, high);
+    };
+    const auto depth = [&](int t) {
       const Part a = Sum(h, begin, t - 1), b = Sum(h, t, end - 1);
-      if (a.n == 0 || b.n == 0) continue;
-      const double d = std::min(a.peak, b.peak) - h(t);
-      const double v = std::min(t - a.s / a.n, b.s / b.n - t);
-      if (d > depth || (d == depth && v > distance)) {
-        depth = d;
-        distance = v;
-        valley = t;
+      if (a.n == 0 || b.n == 0) return std::pair(-1.0, 0.0);
+      return std::pair(std::min(a.peak, b.peak) - h(t), std::min(t - a.Mean(), b.Mean() - t));
+    };
+    const auto fit = [&](int t) {
+      const Part a = Sum(h, begin, t);
+      const double sigma = a.Deviation(), most = 0.3989422804014327 / sigma;
+      double error = 0;
+      for (int i = begin; i <= t; ++i) {
+        const double d = i - a.Mean();
+        error += std::pow(h(i) / a.n - most * std::exp(d * d / (-2 * sigma * sigma)), 2);
       }
+      return sigma > 0 ? -error : NAN;
+    };
+    ASSERT_EQ(ZUMHistogramOtsu(h), FirstGreatest(begin, end, 0.0, otsu)) << round;
+    ASSERT_EQ(ZUMHistogramValleyOtsu(h), FirstGreatest(begin, end, 0.0, valley_otsu)) << round;
+    ASSERT_EQ(ZUMHistogramMinVarianceThr(h), FirstGreatest(begin, end - 1, kLeast, deviations));
+    ASSERT_EQ(ZUMHistogramValleyMinSumThr(h), FirstGreatest(begin + 1, end, kLeast, areas));
+    ASSERT_EQ(ZUMHistogramValleyThr(h),
+              FirstGreatest(begin + 1, end - 1, std::pair(0.0, kLeast), depth));
+    const ZUMArray<ZUMReal> low = ZUMHistogramLowGaussianThr(h);
+    const int best = FirstGreatest(std::max(begin, 6), end, kLeast, fit);
+    const Part fitted = Sum(h, begin, best);
+    ASSERT_EQ(low[2], best) << round;
+    ASSERT_EQ(low[0], best ? fitted.Mean() : 0) << round;
+    ASSERT_EQ(low[1], best ? fitted.Deviation() : 0) << round;
+    // The sums of three classes run in another order, so the criterion is compared, not the bins.
+    if (all.n == 0 || all.n > 1e6) continue;
+    const ZUMArray<ZUMLong> found = ZUMHistogramTrimodalOtsu(h);
+    const auto spread = [&](int t1, int t2) {
+      double v = 0;
+      for (const Part& part : {Sum(h, begin, t1 - 1), Sum(h, t1, t2 - 1), Sum(h, t2, end)}) {
+        v += part.n / all.n * std::pow(all.Mean() - part.Mean(), 2);
+      }
+      return v;
+    };
+    double greatest = 0;
+    for (int t1 = begin; t1 < end; ++t1) {
+      for (int t2 = t1; t2 < end; ++t2) greatest = std::max(greatest, spread(t1, t2));
     }
-    ASSERT_EQ(ZUMHistogramValleyThr(h), valley);
+    EXPECT_NEAR(greatest ? spread(found[0], found[1]) : found[0], greatest, 1e-9 * greatest)
+        << round;
   }
 }
 
@@ -126,6 +145,8 @@ TEST(HistogramThresholds, WorkedByHand) {
   EXPECT_EQ(ZUMHistogramValleyThr(MakeHistogram(0, {0, 9, 9, 1, 5, 5, 4, 1, 0, 0, 9, 9, 0})), 8);
   // A count whose moment passes 32 bits: 8 * 300000000 wraps to -1894967296.
   EXPECT_EQ(ZUMHistogramOtsu(MakeHistogram(7, {1, 300000000})), 8);
+  const ZUMArray<ZUMLong> split = ZUMHistogramTrimodalOtsu(MakeHistogram(5, {3, 0, 3, 0, 3, 0}));
+  EXPECT_EQ(std::pair(split[0], split[1]), std::pair(6, 8));
 }
 
 TEST(Thresholds, OfImagesAreThoseOfTheirHistograms) {
@@ -138,6 +159,14 @@ TEST(Thresholds, OfImagesAreThoseOfTheirHistograms) {
     EXPECT_EQ(ZUMMinVarianceThr(bytes), ZUMHistogramMinVarianceThr(h));
     EXPECT_EQ(ZUMValleyMinSumThr(bytes), ZUMHistogramValleyMinSumThr(h));
     EXPECT_EQ(ZUMValleyThr(bytes), ZUMHistogramValleyThr(h));
+    // Of the pixels themselves, the first that reaches the threshold of all values.
+    const auto shorts = MakeRandomImage<ZUMShort>(random, {0, 2, 0, 0, 12, 9, 0, 0}, 1, layout);
+    const int least = ZUMHistogramOtsu(ZUMHistogram(shorts, 0, -32768, 32767));
+    int reaches = 32767;
+    ForEachPoint(shorts, 1, [&](auto... at) {
+      if (shorts(at...) >= least) reaches = std::min<int>(reaches, shorts(at...));
+    });
+    EXPECT_EQ(ZUMPixelOtsu(shorts), reaches);
     // With levels the bin is converted back, cut toward zero on integers.
     const int bin = ZUMHistogramOtsu(ZUMHistogram(bytes, 16, 20, 200));
     EXPECT_EQ(ZUMOtsu(bytes, 16, 20, 200), 180 * bin / 15 + 20);
@@ -150,6 +179,8 @@ TEST(Thresholds, OfImagesAreThoseOfTheirHistograms) {
     EXPECT_EQ(three.GetLength(), 2u);
     for (int k = 0; k < 2; ++k) EXPECT_EQ(three[k], 99.5 * bins[k] / 9 + 0);
   }
+  EXPECT_EQ(ZUMPixelOtsu(ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 3, 0, 0, 0), 1, 5)), 0);
+  EXPECT_EQ(ZUMPixelOtsu(ZUMNullImageShort()), 0);
   // With an empty range, the bytes are counted over 0 to 255 and converted over what occurs.
   const ZUMRoDRef rod(0, 0, 0, 0, 3, 0, 0, 0);
   const ZUMByte pixels[] = {100, 100, 120, 120};
@@ -159,57 +190,6 @@ TEST(Thresholds, OfImagesAreThoseOfTheirHistograms) {
   const ZUMLong wide[] = {-1000000000, -1000000000, 1000000000, 1000000000};
   const ZUMLong threshold = ZUMOtsu(ZUMImage<ZUMLong>(rod, 1, wide), 101, -1000000000, 1000000000);
   EXPECT_LT(std::abs(threshold), 1000000000);
-}
-
-TEST(Thresholds, ThreeClasses) {
-  Random random(23);
-  for (int round = 0; round < 300; ++round) {
-    const ZUMImage<ZUMLong> h = MakeRandomHistogram(random);
-    const ZUMArray<ZUMLong> found = ZUMHistogramTrimodalOtsu(h);
-    // The sums run in another order here, so the criterion is compared, not the bins.
-    const int begin = h.BeginX(), end = h.EndX();
-    const Part all = Sum(h, begin, end);
-    if (all.n == 0 || all.n > 1e6) continue;
-    const auto criterion = [&](int t1, int t2) {
-      double v = 0;
-      for (const Part& part : {Sum(h, begin, t1 - 1), Sum(h, t1, t2 - 1), Sum(h, t2, end)}) {
-        if (part.n == 0) return 0.0;
-        v += part.n / all.n * std::pow(all.s / all.n - part.s / part.n, 2);
-      }
-      return v;
-    };
-    double best = 0;
-    for (int t1 = begin; t1 < end; ++t1) {
-      for (int t2 = t1; t2 < end; ++t2) best = std::max(best, criterion(t1, t2));
-    }
-    EXPECT_NEAR(best == 0 ? found[0] : criterion(found[0], found[1]), best, 1e-9 * best) << round;
-  }
-  const ZUMArray<ZUMLong> split = ZUMHistogramTrimodalOtsu(MakeHistogram(5, {3, 0, 3, 0, 3, 0}));
-  EXPECT_EQ(std::pair(split[0], split[1]), std::pair(6, 8));
-}
-
-TEST(Thresholds, PixelOtsuTakesAPixelsValue) {
-  Random random(24);
-  for (const Layout layout : kLayouts) {
-    const auto image = MakeRandomImage<ZUMShort>(random, {0, 2, 0, 0, 12, 9, 0, 0}, 1, layout);
-    std::vector<double> sorted;
-    ForEachPoint(image, 1, [&](auto... at) { sorted.push_back(image(at...)); });
-    std::sort(sorted.begin(), sorted.end());
-    const int n = static_cast<int>(sorted.size());
-    const int k = FirstGreatest(1, n - 1, 0, [&](int split) {
-      const double n1 = n - split,
-                   low = std::accumulate(sorted.begin(), sorted.begin() + split, 0.0),
-                   high = std::accumulate(sorted.begin() + split, sorted.end(), 0.0);
-      const double d = high / n1 - low / split;
-      return split * n1 * (d * d);
-    });
-    EXPECT_EQ(ZUMPixelOtsu(image), sorted[static_cast<std::size_t>(k)]);
-  }
-  const ZUMRect box(0, 0, 0, 0, 3, 0, 0, 0);
-  EXPECT_EQ(ZUMPixelOtsu(ZUMImage<ZUMByte>(box, 1, 5)), 0);
-  EXPECT_EQ(ZUMPixelOtsu(ZUMNullImageShort()), 0);
-  EXPECT_EQ(MessageOf([&] { ZUMPixelOtsu(ZUMImage<ZUMByte>(box, 2, 1)); }),
-            "ZUMPixelOtsu does not allow multichannel images");
 }
 
 TEST(Thresholds, ParametricValleyWeighsMinima) {
@@ -229,25 +209,6 @@ TEST(Thresholds, ParametricValleyWeighsMinima) {
   // A histogram that never falls has no minimum.
   const ZUMImage<ZUMByte> rising(ZUMRect(0, 0, 0, 0, 2, 0, 0, 0), 1, 255);
   EXPECT_EQ(ZUMValleyParametricThr(rising, 1, 1, 1), 0);
-}
-
-TEST(Thresholds, LowGaussianFitsTheLowEnd) {
-  std::vector<ZUMLong> counts;
-  for (int i = 0; i < 60; ++i) {
-    counts.push_back(static_cast<ZUMLong>(100000 * std::exp(-(i - 15) * (i - 15) / 32.0)) +
-                     (i > 40 ? 30000 : 0));
-  }
-  const ZUMArray<ZUMReal> fit = ZUMHistogramLowGaussianThr(MakeHistogram(0, counts));
-  ASSERT_EQ(fit.GetLength(), 3u);
-  EXPECT_NEAR(fit[0], 15, 0.01);
-  EXPECT_NEAR(fit[1], 4, 0.01);
-  EXPECT_NEAR(fit[2], 33, 7.5);
-  // Bins below 6 are no candidates, and one bin has no deviation.
-  for (const auto& h :
-       {MakeHistogram(0, {1, 2, 3, 2, 1, 0}), MakeHistogram(1, {0, 0, 0, 0, 0, 0, 5})}) {
-    const ZUMArray<ZUMReal> none = ZUMHistogramLowGaussianThr(h);
-    for (int k = 0; k < 3; ++k) EXPECT_EQ(none[k], 0);
-  }
 }
 
 template <class P>
@@ -281,8 +242,14 @@ TEST(Sigmoid, LineAndDirection) {
   EXPECT_EQ(turned.Rect(), ZUMRect(-6, -6, 0, 0, 6, 6, 0, 0));
   for (const int across : {-1, 0, 1}) EXPECT_NEAR(turned(across, 4), line(4), 1e-12);
   EXPECT_EQ(turned(2, 4) + turned(0, -4), 0);
-  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 3, 2); }), "ZUMSigmoidX: x0 greater than x1");
-  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 0, 1, 3, 2); }), "ZUMSigmoidX: x0 greater than x1");
+}
+
+TEST(Thresholds, Messages) {
+  const auto sigmoid = "ZUMSigmoidX: x0 greater than x1";
+  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 3, 2); }), sigmoid);
+  EXPECT_EQ(MessageOf([] { ZUMSigmoidX(0, 0, 1, 0, 1, 3, 2); }), sigmoid);
+  EXPECT_EQ(MessageOf([] { ZUMPixelOtsu(ZUMImage<ZUMByte>(ZUMRect(), 2, 1)); }),
+            "ZUMPixelOtsu does not allow multichannel images");
 }
 
 }  // namespace

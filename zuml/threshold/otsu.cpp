@@ -45,17 +45,21 @@ int SelectOtsu(const Bins& bins, Weight weight) {
   return threshold;
 }
 
-// A class's weight and first moment.
+// A class's pixels, weight and first moment. The weight of a class that lost all its pixels may
+// differ from 0 by the rounding; the count does not.
 struct Class {
+  std::int64_t count = 0;
   double weight = 0;
   double moment = 0;
 
+  bool HasPixels() const { return count > 0 && weight > 0; }
   void Add(const Class& other) {
+    count += other.count;
     weight += other.weight;
     moment += other.moment;
   }
   Class operator-(const Class& other) const {
-    return {weight - other.weight, moment - other.moment};
+    return {count - other.count, weight - other.weight, moment - other.moment};
   }
   double SpreadFrom(double mean) const {
     const double d = mean - moment / weight;
@@ -108,7 +112,7 @@ ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(const ZUMImage<ZUMLong>& histogram) {
   const double total = bins.Total();
   const auto bin_class = [&](int i) {
     const double p = bins.Count(i) / total;
-    return Class{p, i * p};
+    return Class{bins.Count(i), p, i * p};
   };
   Class whole;
   for (int i = bins.Begin(); i <= bins.End(); ++i) whole.Add(bin_class(i));
@@ -118,7 +122,7 @@ ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(const ZUMImage<ZUMLong>& histogram) {
   for (int t1 = bins.Begin(); t1 < bins.End(); ++t1) {
     Class middle, high = whole - low;
     for (int t2 = t1; t2 < bins.End(); ++t2) {
-      if (low.weight > 0 && middle.weight > 0 && high.weight > 0) {
+      if (low.HasPixels() && middle.HasPixels() && high.HasPixels()) {
         const double spread =
             low.SpreadFrom(mean) + middle.SpreadFrom(mean) + high.SpreadFrom(mean);
         if (spread > best) {
