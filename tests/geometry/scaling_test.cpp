@@ -106,6 +106,18 @@ TYPED_TEST(Interlaced, TakesEveryOtherRow) {
   }
 }
 
+// Bool pixels in wrapped memory may hold any byte.
+TEST(Scale, ZoomsWrappedBools) {
+  ZUMByte bytes[] = {0, 2, 1};
+  const ZUMRect box(0, 0, 0, 0, 2, 0, 0, 0);
+  const ZUMImage<ZUMBool> image(ZUMRoDRef(box), ZUMRaster(box, 1, ZUMBoolPixel, bytes));
+  for (const int n : {2, 3, 4}) {
+    const ZUMImage<ZUMBool> zoomed = ZUMZoom2D(image, n, n);
+    const auto* pixels = static_cast<const ZUMByte*>(zoomed.GetData());
+    for (int i = 0; i < 3 * n * n; ++i) EXPECT_EQ(pixels[i] != 0, i / n % 3 != 0) << n << " " << i;
+  }
+}
+
 TEST(Scale, RefusesInOrderAndSharesWhatItLeaves) {
   const ZUMRect box(0, 0, 0, 0, 2, 1, 0, 0);
   const ZUMImage<ZUMByte> none, image(box, 1, 0), deep(ZUMRect(0, 0, 0, 0, 2, 1, 1, 0), 1, 0);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <numbers>
 
@@ -127,6 +128,20 @@ TYPED_TEST(Warp, ThereAndBackInPolarCoordinates) {
           ZUMPolarToCartesianIm(polar, step, rule, TypeParam(1)),
           Reference(polar, ZUMRoDRef(-9, -9, 0, 0, 9, 9, 0, 0), rule, false, TypeParam(1), back)));
     }
+  }
+}
+
+// Bool pixels in wrapped memory may hold any byte; results hold 0 and 1, also beside positions that
+// are tested one by one.
+TEST(Warp, WrappedBools) {
+  ZUMByte bytes[] = {0, 2, 1, 255};
+  const ZUMRect box(0, 0, 0, 0, 3, 0, 0, 0);
+  const ZUMImage<ZUMBool> image(ZUMRoDRef(box), ZUMRaster(box, 1, ZUMBoolPixel, bytes));
+  const ZUMImage<ZUMBool> odd(ZUMRoDRef(new OtherRegion(box)), image);
+  const double m[2][3] = {{1, 0, 0}, {0, 1, 0}};
+  for (const auto& source : {image, odd}) {
+    const auto result = ZUMWarpAffine2D(source, ZUMRoDRef(box), m, kRules[0], false);
+    EXPECT_EQ(std::memcmp(result.GetData(), "\0\1\1\1", 4), 0);
   }
 }
 

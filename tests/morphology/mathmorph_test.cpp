@@ -253,11 +253,22 @@ TEST(MathMorph, WrappedBools) {
       box, 1, [&](int x, int y, int, int, int) { return bytes[x + 32 * y] != 0; });
   const ZUMImage<ZUMBool> away(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
   for (const Form<ZUMBool>& form : Forms<ZUMBool>()) {
-    EXPECT_TRUE(SameImage(form.by_box(image, square), form.by_box(plain, square))) << form.name;
+    for (const ZUMRect& extent : {square, ZUMRect()}) {
+      EXPECT_TRUE(SameImage(form.by_box(image, extent), form.by_box(plain, extent))) << form.name;
+    }
     for (const auto& element : {ZUMCon8, away}) {
       EXPECT_TRUE(SameImage(form.by_element(image, element), form.by_element(plain, element)))
           << form.name;
     }
+  }
+}
+
+// A fold that begins with -0.0 keeps its sign, in vectors as in single pixels.
+TEST(MathMorph, NegativeZeroAsStart) {
+  const ZUMImage<ZUMReal> image(ZUMRect(0, 0, 0, 0, 40, 1, 0, 0), 1, -0.0);
+  const ZUMImage<ZUMBool> away(ZUMRect(1, 0, 0, 0, 2, 0, 0, 0), 1, true);
+  for (const Form<ZUMReal>& form : Forms<ZUMReal>()) {
+    EXPECT_TRUE(SameImage(form.by_element(image, away), Reference(form, image, away))) << form.name;
   }
 }
 

@@ -7,6 +7,7 @@
 #include <typeinfo>
 
 #include "zuml/core/pixelarith.h"
+#include "zuml/core/storedpixel.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
@@ -181,6 +182,8 @@ namespace {
 // N is the factor along X, or 0 where only the run knows it.
 template <class P, int N>
 class Zoom : public XQTask {
+  using Pixel = zuml_detail::Stored<P>;
+
  public:
   ZUMRoDRef part;
   const ZUMImage<P>* result;
@@ -190,14 +193,14 @@ class Zoom : public XQTask {
 
   void Run() override {
     const int factor = N != 0 ? N : nx;
-    const P* line_above = nullptr;
-    const P* source_above = nullptr;
+    const Pixel* line_above = nullptr;
+    const Pixel* source_above = nullptr;
     for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
-      P* to = static_cast<P*>(sweep.GetStart1());
-      P* const end = static_cast<P*>(sweep.GetEnd1()) + 1;
+      auto* to = static_cast<Pixel*>(sweep.GetStart1());
+      auto* const end = static_cast<Pixel*>(sweep.GetEnd1()) + 1;
       const int x = FloorDivide(sweep.GetX(), factor);
-      const P* from =
-          &(*image)(x, FloorDivide(sweep.GetY(), ny), sweep.GetZ(), sweep.GetT(), sweep.GetC());
+      const auto* from = static_cast<const Pixel*>(image->PixelAddress(
+          x, FloorDivide(sweep.GetY(), ny), sweep.GetZ(), sweep.GetT(), sweep.GetC()));
       if (from == source_above) {
         std::copy(line_above, line_above + (end - to), to);
         line_above = to;

@@ -195,7 +195,10 @@ struct NearestRule {
     for (int i = 0; i < n; ++i) {
       offsets[i] = lines.GetOffset(RoundCoordinate(sx[i]), RoundCoordinate(sy[i]));
     }
-    for (int i = 0; i < n; ++i) to[i] = lines.origin[offsets[i]];
+    for (int i = 0; i < n; ++i) {
+      const Stored<P> value = lines.origin[offsets[i]];
+      to[i] = std::same_as<P, ZUMBool> ? value != 0 : value;
+    }
   }
 };
 

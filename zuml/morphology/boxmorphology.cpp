@@ -119,7 +119,7 @@ template <class Order, class P>
 ZUMImage<P> FoldPlain(const ZUMImage<P>& image, const ZUMRect& box, Direction direction) {
   using Tasks = PlainTasks<Order, Stored<P>>;
   const ZUMRect window = MakeWindow(box, direction);
-  if (window == ZUMRect()) return ZUMCopy(image);
+  if (!std::same_as<P, ZUMBool> && window == ZUMRect()) return ZUMCopy(image);
   if constexpr (std::is_integral_v<P>) {
     const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, window, Direction::kDirect);
     return zuml_detail::FoldBox<Tasks, Order>(image, rod, window);
@@ -139,7 +139,7 @@ template <class Order, class P>
 ZUMImage<P> FoldEx(const ZUMImage<P>& image, const ZUMRect& box, Direction direction, bool own) {
   using Tasks = ExTasks<Order, Stored<P>>;
   const ZUMRect window = MakeWindow(box, direction);
-  if (window == ZUMRect()) return ZUMCopy(image);
+  if (!std::same_as<P, ZUMBool> && window == ZUMRect()) return ZUMCopy(image);
   if constexpr (std::is_integral_v<P>) {
     return zuml_detail::FoldBox<Tasks, Order>(image, image, window);
   } else {

@@ -64,7 +64,8 @@ struct Lanes {
   Vector v[U];
 
   void Set(S value) {
-    ForEach([&](auto u) { v[u] = Vector{} + value; });
+    // Less 0 is any value itself; with 0 added, -0.0 would be 0.0.
+    ForEach([&](auto u) { v[u] = value - Vector{}; });
   }
   void Load(const S* from) {
     ForEach([&](auto u) { v[u] = *reinterpret_cast<const Loose*>(from + u * kLanes); });
