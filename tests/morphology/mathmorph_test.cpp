@@ -191,7 +191,7 @@ TYPED_TEST(MorphologyTest, BoxesFollowTheCoordinates) {
   using P = TypeParam;
   Random random(43);
   const ZUMRect flat(-3, 2, 0, 0, 90, 40, 0, 0), deep(4, 0, -2, 1, 20, 11, 6, 4);
-  const ZUMRect wide(0, 0, 0, 0, 2200, 25, 0, 0);
+  const ZUMRect wide(0, 0, 0, 0, 4500, 25, 0, 0);
   const std::pair<ZUMRect, ZUMRect> cases[] = {
       {flat, {-1, -1, 0, 0, 1, 1, 0, 0}},     {flat, {-2, 0, 0, 0, 4, 0, 0, 0}},
       {flat, {0, -3, 0, 0, 0, 12, 0, 0}},     {flat, {-9, -7, 0, 0, 21, 7, 0, 0}},
