@@ -18,8 +18,8 @@ set_property(CACHE ZUML_SANITIZE PROPERTY STRINGS "" "address,undefined" "thread
 
 # In the order of the floors: a subsystem uses only what stands before it, so a shorter list that
 # begins with core still builds.
-set(ZUML_SUBSYSTEMS core algebra filters geometry io morphology threshold regions watershed matching
-                    display inspection
+set(ZUML_SUBSYSTEMS core algebra filters geometry colour io morphology drawing threshold extension
+                    regions edges attribute watershed matching display inspection
     CACHE STRING "Subsystems to build")
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)

@@ -36,7 +36,8 @@ int main() {
 
   // What cannot be computed is refused with an exception that says why.
   try {
-    a + ZUMImage<ZUMByte>(ZUMRect(0, 0, 0, 0, 7, 5, 0, 0), 3, ZUMByte(0));
+    const ZUMImage<ZUMByte> colour(ZUMRect(0, 0, 0, 0, 7, 5, 0, 0), 3, ZUMByte(0));
+    std::cout << a + colour << "\n";
   } catch (const XQException& error) {
     std::cout << error.what() << "\n";
   }

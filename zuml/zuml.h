@@ -11,7 +11,6 @@
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/pixeltypes.h"
 #include "zuml/core/scratch.h"
-#include "zuml/core/storedpixel.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/typenames.h"
 #include "zuml/core/velombinding.h"
@@ -46,7 +45,6 @@
 #include "zuml/algebra/lineproducts.h"
 #include "zuml/algebra/logic.h"
 #include "zuml/algebra/lut.h"
-#include "zuml/algebra/medianmasked.h"
 #include "zuml/algebra/moments.h"
 #include "zuml/algebra/neighbourcount.h"
 #include "zuml/algebra/norms.h"
@@ -56,7 +54,7 @@
 #include "zuml/algebra/statistics.h"
 #include "zuml/algebra/tobyte.h"
 
-// filters: convolution, smoothing, rank and edge filters
+// filters: convolution, smoothing, rank filters
 #include "zuml/filters/accumulation.h"
 #include "zuml/filters/boxsum.h"
 #include "zuml/filters/convolution.h"
@@ -64,8 +62,9 @@
 #include "zuml/filters/corcoef.h"
 #include "zuml/filters/localstatistics.h"
 #include "zuml/filters/maskmaxvol.h"
+#include "zuml/filters/medianmasked.h"
 
-// geometry: geometric transforms and colour spaces
+// geometry: geometric transforms
 #include "zuml/geometry/coordinates.h"
 #include "zuml/geometry/gridmoves.h"
 #include "zuml/geometry/scaling.h"
@@ -83,7 +82,7 @@
 #include "zuml/io/zmg.h"
 #include "zuml/io/zumimagewriter.h"
 
-// morphology: dilation, erosion, reconstruction, area filters, thinning
+// morphology: dilation, erosion, reconstruction, extrema, thinning
 #include "zuml/morphology/boxmorphology.h"
 #include "zuml/morphology/colourdifference.h"
 #include "zuml/morphology/directionalmorphology.h"

@@ -44,7 +44,7 @@ const bool registered = [] {
         "empty frame/" + std::to_string(threads) + "t", 1, threads,
         [rod] {
           benchmark::DoNotOptimize(
-              RunTasks<CTaskNothing, ZUMByte>(rod, 1, [](CTaskNothing&) {}).GetData());
+              ZUMRunTasks<CTaskNothing, ZUMByte>(rod, 1, [](CTaskNothing&) {}).GetData());
         },
         [threads] { zuml_bench::ParallelLoop(threads, threads, [](long long, long long) {}); });
     for (const int size : {16, 1024, 4096}) {

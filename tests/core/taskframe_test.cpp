@@ -42,7 +42,7 @@ TEST(TaskFrame, ReportsEachFailureAndThrowsTheLast) {
       };
     };
     const ZUMRoDRef rod(0, 0, 0, 0, 999, 63, 0, 0);
-    EXPECT_EQ(zuml_test::MessageOf([&] { RunPass(tasks, rod, 1, setup); }),
+    EXPECT_EQ(zuml_test::MessageOf([&] { ZUMRunPass(tasks, rod, 1, setup); }),
               "failure in " + std::to_string(last));
     EXPECT_EQ(runs, n) << "the others run to their end";
     const std::string of_type = " de tipo (anonymous namespace)::CTaskAny<int>\n";
@@ -58,7 +58,7 @@ TEST(TaskFrame, CostlyTasksOfASmallRegionRunAtTheSameTime) {
   std::this_thread::sleep_for(std::chrono::milliseconds(2));
   std::atomic<int> begun{0};
   CTaskAny<int> tasks[ZUMMaxTasks];
-  RunPass(tasks, ZUMRoDRef(0, 0, 0, 0, 31, 31, 0, 0), 1, [&begun](CTaskAny<int>& task) {
+  ZUMRunPass(tasks, ZUMRoDRef(0, 0, 0, 0, 31, 31, 0, 0), 1, [&begun](CTaskAny<int>& task) {
     task.cost = 100;
     task.work = [&begun] {
       ++begun;

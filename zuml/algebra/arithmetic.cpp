@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
 using zuml_detail::PointwiseI;

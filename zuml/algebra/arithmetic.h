@@ -15,63 +15,66 @@
 /// The sum: integers wrap, complex values add by components. Throws XQException "operator+:
 /// Diferent number of channels %d!=%d". Tasks: CTaskAddII, CTaskAddIN.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator+(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> operator+(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator+(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> operator+(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator+(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator+(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The difference a - b: integers wrap, complex values subtract by components; for bool, a and not
 /// b. Throws XQException "operator-: Diferent number of channels %d!=%d". Tasks: CTaskSubII,
 /// CTaskSubIN, CTaskSubNI.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> operator-(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator-(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The opposite: integers wrap, so that the least value stays; for bool, not a. Tasks: CTaskNeg.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator-(const ZUMImage<P>& a);
 
 /// The larger minus the smaller, wrapped at the type's width; for bool, a != b. Throws XQException
 /// "ZUMSymmetricSubtraction: Diferent number of channels %d!=%d". Tasks: CTaskSymSubII,
 /// CTaskSymSubIN, CTaskSymSubNI.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(const ZUMImage<P>& a,
+                                                           const ZUMImage<P>& b);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(const ZUMImage<P>& a,
+                                                           std::type_identity_t<P> n);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMSymmetricSubtraction(std::type_identity_t<P> n,
+                                                           const ZUMImage<P>& a);
 
 /// The absolute value; the least integer stays as it is. A complex pixel becomes its magnitude,
 /// found without squares that overflow, with the imaginary part 0. Tasks: CTaskAbs.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> abs(const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> abs(const ZUMImage<P>& a);
 /// The same.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMAbs(const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMAbs(const ZUMImage<P>& a);
 
 /// The sign: -1, 0 or 1; -1 for a NaN. Tasks: CTaskSign.
 template <ZUMSignedPixel P>
-ZUML_API ZUMImage<P> ZUMSign(const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMSign(const ZUMImage<P>& a);
 
 /// The greater of the two: a > b ? a : b, so that a NaN in `a` yields b and one in `b` a NaN. A
 /// number stands for b on either side. Throws XQException "ZUMMax: Diferent number of channels
 /// %d!=%d". Tasks: CTaskMaxII, CTaskMaxIN.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMax(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMax(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMax(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMax(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMax(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMax(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The smaller of the two: a < b ? a : b, with the rules of ZUMMax. Throws XQException "ZUMMin:
 /// Diferent number of channels %d!=%d". Tasks: CTaskMinII, CTaskMinIN.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMin(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMin(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMin(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMin(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMMin(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMMin(std::type_identity_t<P> n, const ZUMImage<P>& a);

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/pointwise.h"
 
 using zuml_detail::PointwiseII;
 using zuml_detail::PointwiseIN;

@@ -16,70 +16,79 @@
 /// if their stored boxes are) and equal pixels; with a number, whether all pixels equal it, which
 /// holds for an empty image. Runs in the calling thread up to the first stretch with a difference.
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator==(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API bool operator==(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator==(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API bool operator==(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator==(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API bool operator==(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The opposite of operator==.
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator!=(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API bool operator!=(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator!=(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API bool operator!=(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMAlgebraPixel P>
-ZUML_API bool operator!=(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API bool operator!=(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// True where the pixels are equal; complex pixels are equal if both parts are. Throws XQException
 /// "ZUMPointEqual: Diferent number of channels". Tasks: CTaskPointEqualII, CTaskPointEqualIN.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(const ZUMImage<P>& a,
+                                                       std::type_identity_t<P> n);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointEqual(std::type_identity_t<P> n,
+                                                       const ZUMImage<P>& a);
 
 /// True where the pixels differ. Throws XQException "ZUMPointNotEqual: Diferent number of
 /// channels". Tasks: CTaskPointNotEqualII, CTaskPointNotEqualIN.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(const ZUMImage<P>& a,
+                                                          const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(const ZUMImage<P>& a,
+                                                          std::type_identity_t<P> n);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMPointNotEqual(std::type_identity_t<P> n,
+                                                          const ZUMImage<P>& a);
 
 /// True where a < b. Throws XQException "operator<: Diferent number of channels". Tasks:
 /// CTaskPointLessII, CTaskPointLessIN, CTaskPointLessNI.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// True where a > b. Throws XQException "operator>: Diferent number of channels". Tasks:
 /// CTaskPointGreaterII, CTaskPointGreaterIN, CTaskPointGreaterNI.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// True where a <= b. Throws XQException "operator<=: Diferent number of channels". Tasks:
 /// CTaskPointLessEqualII, CTaskPointLessEqualIN, CTaskPointLessEqualNI.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<=(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<=(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<=(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<=(const ZUMImage<P>& a,
+                                                    std::type_identity_t<P> n);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator<=(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator<=(std::type_identity_t<P> n,
+                                                    const ZUMImage<P>& a);
 
 /// True where a >= b. Throws XQException "operator>=: Diferent number of channels". Tasks:
 /// CTaskPointGreaterEqualII, CTaskPointGreaterEqualIN, CTaskPointGreaterEqualNI.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>=(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>=(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>=(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>=(const ZUMImage<P>& a,
+                                                    std::type_identity_t<P> n);
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMBool> operator>=(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> operator>=(std::type_identity_t<P> n,
+                                                    const ZUMImage<P>& a);

@@ -1,6 +1,6 @@
 #include "zuml/algebra/conditional.h"
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/pointwise.h"
 
 using zuml_detail::RequireEqualChannels;
 using zuml_detail::ValueAt;
@@ -65,23 +65,23 @@ class Choice : public XQTask {
   // The first image governs the channels of the sweep: the result's view.
   void Choose(const ZUMImage<P>& to, A from_a, B from_b) const {
     if constexpr (kImageA && kImageB) {
-      ForEachRun(part, ChooseRun<P, const P*, const P*>, to, *cond, *from_a, *from_b);
+      ZUMForEachRun(part, ChooseRun<P, const P*, const P*>, to, *cond, *from_a, *from_b);
     } else if constexpr (kImageA) {
-      ForEachRun(
+      ZUMForEachRun(
           part,
           [from_b](P* r, const bool* mask, const P* x, std::ptrdiff_t n) {
             ChooseRun(r, mask, x, from_b, n);
           },
           to, *cond, *from_a);
     } else if constexpr (kImageB) {
-      ForEachRun(
+      ZUMForEachRun(
           part,
           [from_a](P* r, const bool* mask, const P* y, std::ptrdiff_t n) {
             ChooseRun(r, mask, from_a, y, n);
           },
           to, *cond, *from_b);
     } else {
-      ForEachRun(
+      ZUMForEachRun(
           part,
           [from_a, from_b](P* r, const bool* mask, std::ptrdiff_t n) {
             ChooseRun(r, mask, from_a, from_b, n);
@@ -98,7 +98,7 @@ void RequireMaskChannels(const ZUMRaster& cond, const ZUMRaster& image) {
 
 template <class Task, class P, class A, class B>
 ZUMImage<P> RunChoice(const ZUMRoDRef& rod, int csz, const ZUMImage<ZUMBool>& cond, A a, B b) {
-  return RunTasks<Task, P>(rod, csz, [&](Task& task) {
+  return ZUMRunTasks<Task, P>(rod, csz, [&](Task& task) {
     task.cond = &cond;
     task.a = a;
     task.b = b;

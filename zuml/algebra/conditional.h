@@ -16,13 +16,13 @@
 /// channels, or else the mask does not fit them. Tasks: CTaskImIfII, CTaskImIfIN, CTaskImIfNI,
 /// CTaskImIfNN.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, const ZUMImage<P>& a,
-                             const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, const ZUMImage<P>& a,
+                                           const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, const ZUMImage<P>& a,
-                             std::type_identity_t<P> b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, const ZUMImage<P>& a,
+                                           std::type_identity_t<P> b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, std::type_identity_t<P> a,
-                             const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, std::type_identity_t<P> a,
+                                           const ZUMImage<P>& b);
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, P a, P b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMImIf(const ZUMImage<ZUMBool>& cond, P a, P b);

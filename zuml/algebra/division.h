@@ -16,18 +16,18 @@
 /// scaled method; a divisor that is 0 or has a NaN gives NaN in both parts. Tasks: CTaskDivII,
 /// CTaskDivIN, CTaskDivNI.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator/(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> operator/(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator/(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> operator/(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator/(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator/(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The remainder of a / b, with the sign of the dividend; a zero divisor gives 0. Two images have
 /// the same number of channels; otherwise throws XQException "operator%: Diferent number of
 /// channels %d!=%d". Tasks: CTaskModII, CTaskModIN, CTaskModNI.
 template <ZUMIntegerPixel P>
-ZUML_API ZUMImage<P> operator%(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> operator%(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMIntegerPixel P>
-ZUML_API ZUMImage<P> operator%(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> operator%(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMIntegerPixel P>
-ZUML_API ZUMImage<P> operator%(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator%(std::type_identity_t<P> n, const ZUMImage<P>& a);

@@ -1,6 +1,6 @@
 #include "zuml/algebra/extrema.h"
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 
@@ -90,7 +90,7 @@ class ExtremumTask : public XQTask {
   void SetStart(const Extremum<P>& start) { best = start; }
   void Run() override {
     Extremum<P> found = best;
-    ForEachRun(
+    ZUMForEachRun(
         part, [&found](const P* x, std::ptrdiff_t n) { TakeRun<Order>(found, x, n); }, *image);
     best = found;
   }
@@ -104,7 +104,7 @@ void RunExtrema(const ZUMImage<P>& image, Totals&... totals) {
   const P* pixel = static_cast<const P*>(image.PixelAddress(image.Begin(), 0));
   const Extremum<P> first{ValueAt(pixel, 0), pixel, 1};
   Task tasks[ZUMMaxTasks];
-  RunPass(tasks, image, image.GetCSz(), [&](Task& task) {
+  ZUMRunPass(tasks, image, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.SetStart({first.value, nullptr, 0});
   });
@@ -171,7 +171,7 @@ class CTaskMinMax final : public XQTask {
   void SetStart(const Extremum<P>& start) { min = max = start; }
   void Run() override {
     Extremum<P> low = min, high = max;
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [&low, &high](const P* x, std::ptrdiff_t n) {
           TakeRun<Less>(low, x, n);

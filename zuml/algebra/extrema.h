@@ -14,9 +14,9 @@
 /// The greatest and the least pixel of all channels. Throw XQException "ZUMMax:Valor indefinido por
 /// imagen vacia" and the like for an image without pixels. Tasks: CTaskMax, CTaskMin.
 template <ZUMOrderedPixel PixT>
-ZUML_API PixT ZUMMax(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API PixT ZUMMax(const ZUMImage<PixT>& image);
 template <ZUMOrderedPixel PixT>
-ZUML_API PixT ZUMMin(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API PixT ZUMMin(const ZUMImage<PixT>& image);
 
 /// Both in one walk. Throws XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an image
 /// without pixels, and leaves the numbers as they are. Tasks: CTaskMinMax.
@@ -29,14 +29,14 @@ ZUML_API void ZUMMinMax(const ZUMImage<PixT>& image, std::type_identity_t<PixT>&
 /// Throws XQException "ZUMSearchMax: It only allows single channel images", or "ZUMSearchMax: It
 /// not works width empty images". Tasks: CTaskSearchMax.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMBasePoint<int> ZUMSearchMax(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMBasePoint<int> ZUMSearchMax(const ZUMImage<PixT>& image);
 
 /// The coordinates of the first pixel with the least value.
 ///
 /// Throws XQException "ZUMSearchMin: It only allows images of a one channel", or "ZUMSearchMin: It
 /// not works width empty images". Tasks: CTaskSearchMin.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMBasePoint<int> ZUMSearchMin(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMBasePoint<int> ZUMSearchMin(const ZUMImage<PixT>& image);
 
 /// Finds the first pixel equal to the value. If there is one, stores its x and y in the point, sets
 /// z and t to 0 and returns true; otherwise returns false and leaves the point as it is. Runs on
@@ -44,5 +44,6 @@ ZUML_API ZUMBasePoint<int> ZUMSearchMin(const ZUMImage<PixT>& image);
 ///
 /// Throws XQException "ZUMSearchEqual: only it allows images of a one channel".
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMBool ZUMSearchEqual(const ZUMImage<PixT>& image, std::type_identity_t<PixT> value,
-                                ZUMBasePoint<int>& point);
+[[nodiscard]] ZUML_API ZUMBool ZUMSearchEqual(const ZUMImage<PixT>& image,
+                                              std::type_identity_t<PixT> value,
+                                              ZUMBasePoint<int>& point);

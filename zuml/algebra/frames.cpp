@@ -1,5 +1,6 @@
 #include "zuml/algebra/frames.h"
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/xqexception.h"
 
@@ -11,9 +12,7 @@ bool IsNegative(const ZUMRect& frame) { return IsNegative(frame.begin) || IsNega
 
 // The region with the frame's margins added (sign 1) or taken off (sign -1).
 ZUMRoDRef Widen(const ZUMRoDRef& rod, const ZUMRect& frame, int sign) {
-  const ZUMBasePoint<int> b = frame.begin, e = frame.end;
-  return DisplaceSides(rod, -sign * b.x, -sign * b.y, -sign * b.z, -sign * b.t, sign * e.x,
-                       sign * e.y, sign * e.z, sign * e.t);
+  return zuml_detail::MoveSides(rod, -sign, frame.begin, sign, frame.end);
 }
 
 }  // namespace
@@ -37,10 +36,10 @@ ZUMImage<P> ZUMAppendChannels(int n, const ZUMImage<P>** images) {
   for (int i = 0; i < n; ++i) {
     const ZUMImage<P>& image = *images[i];
     const std::ptrdiff_t offset = first * result.GetChannelSz();
-    ForEachRun(
+    ZUMForEachRun(
         rod,
         [offset](const P* from, P* to, std::ptrdiff_t pixels) {
-          CopyRun(to + offset, from, pixels);
+          ZUMCopyRun(to + offset, from, pixels);
         },
         image, result);
     first += image.GetCSz();
@@ -71,8 +70,9 @@ ZUMImage<P> ZUMAddFrame(const ZUMImage<P>& image, const ZUMRect& frame,
   }
   const ZUMImage<P> framed(image, frame, image.GetCSz(), nullptr);
   image.RoD().DrawOutFrame(framed, frame, value);
-  ForEachRun(
-      image, [](const P* from, P* to, std::ptrdiff_t n) { CopyRun(to, from, n); }, image, framed);
+  ZUMForEachRun(
+      image, [](const P* from, P* to, std::ptrdiff_t n) { ZUMCopyRun(to, from, n); }, image,
+      framed);
   return ZUMImage<P>(Widen(image, frame, 1), framed);
 }
 

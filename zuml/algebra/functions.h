@@ -12,40 +12,40 @@
 /// Logarithms in single precision: the pixel is rounded to `float`, and the `float` logarithm is
 /// widened. 0 gives minus infinity, a negative pixel a NaN.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMLog(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMLog(const ZUMImage<P>& image);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMLog10(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMLog10(const ZUMImage<P>& image);
 
 /// The function of the pixel, taken as a `double`. Angles are in radians.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMExp(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMExp(const ZUMImage<P>& image);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMSin(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMSin(const ZUMImage<P>& image);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMCos(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMCos(const ZUMImage<P>& image);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMSinh(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMSinh(const ZUMImage<P>& image);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMCosh(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMCosh(const ZUMImage<P>& image);
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMTan(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMTan(const ZUMImage<P>& image);
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMTanh(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMTanh(const ZUMImage<P>& image);
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMAsin(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAsin(const ZUMImage<P>& image);
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMAcos(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAcos(const ZUMImage<P>& image);
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMAtan(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAtan(const ZUMImage<P>& image);
 
 /// The angle of the vector (x, y), -pi to pi. The result covers the region that both share and has
 /// the channels of y; x must have as many, which is not tested.
 template <std::same_as<ZUMReal> P>
-ZUML_API ZUMImage<ZUMReal> ZUMAtan2(const ZUMImage<P>& y, const ZUMImage<P>& x);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAtan2(const ZUMImage<P>& y, const ZUMImage<P>& x);
 
 /// The square root, a NaN for a negative pixel. Tasks: CTaskSqrt.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMSqrt(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMSqrt(const ZUMImage<P>& image);
 
 /// The pixel types of squares: `long` ones that wrap of the discrete types, `double` ones of those
 /// and of doubles.
@@ -55,13 +55,14 @@ concept ZUMSquarePixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<P>) |
 
 /// The pixel times itself, computed in the result's type: ZUMSqr<ZUMReal>(image). Tasks: CTaskSqr.
 template <class OutT, class P>
-requires ZUMSquarePixels<OutT, P> ZUML_API ZUMImage<OutT> ZUMSqr(const ZUMImage<P>& image);
+requires ZUMSquarePixels<OutT, P>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSqr(const ZUMImage<P>& image);
 
 /// The parts of complex pixels. The module does not overflow before its own value does; the phase
 /// lies between -pi and pi.
-ZUML_API ZUMImage<ZUMReal> ZUMRealComponent(const ZUMImage<ZUMComplex>& image);
-ZUML_API ZUMImage<ZUMReal> ZUMImagComponent(const ZUMImage<ZUMComplex>& image);
-ZUML_API ZUMImage<ZUMReal> ZUMComplexModule(const ZUMImage<ZUMComplex>& image);
-ZUML_API ZUMImage<ZUMReal> ZUMPhase(const ZUMImage<ZUMComplex>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRealComponent(const ZUMImage<ZUMComplex>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMImagComponent(const ZUMImage<ZUMComplex>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMComplexModule(const ZUMImage<ZUMComplex>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMPhase(const ZUMImage<ZUMComplex>& image);
 /// The conjugate (re, -im).
-ZUML_API ZUMImage<ZUMComplex> ZUMConjg(const ZUMImage<ZUMComplex>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMComplex> ZUMConjg(const ZUMImage<ZUMComplex>& image);

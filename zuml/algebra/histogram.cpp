@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "zuml/algebra/detail/mapped.h"
 #include "zuml/algebra/extrema.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
 
@@ -90,7 +90,7 @@ void ForEachPlace(const Cells& cells, const ZUMImage<P>& image, const Bin* bin, 
   const int channels = image.GetCSz();
   const std::ptrdiff_t channel = image.GetChannelSz();
   const int sizes[] = {cells.GetXSz(), cells.GetYSz(), cells.GetZSz(), cells.GetTSz()};
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [&](const P* x, const Vs*... v, std::ptrdiff_t n) {
         constexpr std::ptrdiff_t kStretch = 512;
@@ -110,7 +110,7 @@ void ForEachPlace(const Cells& cells, const ZUMImage<P>& image, const Bin* bin, 
 template <class Bin>
 void CountBytes(ZUMLong* cell, const ZUMImage<ZUMByte>& image, const Bin& bin) {
   ZUMLong count[4][256] = {};
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [&count](const ZUMByte* x, std::ptrdiff_t n) {
         std::ptrdiff_t i = 0;

@@ -28,8 +28,9 @@
 /// for a histogram beyond what a raster holds; "ZUMHistogram: Histogram with 0 level is not
 /// allowed" for reals.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMLong> ZUMHistogram(const ZUMImage<P>& image, unsigned levels,
-                                        std::type_identity_t<P> min, std::type_identity_t<P> max);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMHistogram(const ZUMImage<P>& image, unsigned levels,
+                                                      std::type_identity_t<P> min,
+                                                      std::type_identity_t<P> max);
 
 /// The number of pixels with each value, or tuple of values in up to three channels; the axes run
 /// from the least to the greatest value of their channel.
@@ -38,7 +39,7 @@ ZUML_API ZUMImage<ZUMLong> ZUMHistogram(const ZUMImage<P>& image, unsigned level
 /// indefinido por imagen vacia" for an empty image, "ZUMPixelValueCnt: Histogram too big" for a
 /// range of values beyond what a raster holds.
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMLong> ZUMPixelValueCnt(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMPixelValueCnt(const ZUMImage<PixT>& image);
 
 /// The pixel types of sums per bin: `long` ones, which wrap, of discrete values, `double` ones of
 /// doubles.
@@ -54,5 +55,6 @@ concept ZUMBinSumPixels = ZUMDiscretePixel<BinT> &&
 /// Throws XQException "ZUMPixelValueCnt: Binds and value image don't have the same number of
 /// channels", and what is told above.
 template <class OutT, class BinT, class ValT>
-requires ZUMBinSumPixels<OutT, BinT, ValT> ZUML_API ZUMImage<OutT> ZUMPixelValueCnt(
-    const ZUMImage<BinT>& bins, const ZUMImage<ValT>& values);
+requires ZUMBinSumPixels<OutT, BinT, ValT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMPixelValueCnt(const ZUMImage<BinT>& bins,
+                                                       const ZUMImage<ValT>& values);

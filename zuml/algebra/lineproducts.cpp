@@ -2,7 +2,8 @@
 
 #include <typeinfo>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
@@ -25,7 +26,7 @@ constexpr LineAxis kT{&ZUMBasePoint<int>::t, 'T', "T"};
 void RequireLine(const LineAxis& axis, const ZUMRegionOfDefinition& line) {
   ZUMRect other = line.Rect();
   other.begin.*axis.coordinate = other.end.*axis.coordinate = 0;
-  if (typeid(line) != typeid(ZUMRoDRect) || other != ZUMRect()) {
+  if (!zuml_detail::IsBox(line) || other != ZUMRect()) {
     throw XQException("ZUM%cProduct: Line image isn't a %s line", axis.operation, axis.line);
   }
 }

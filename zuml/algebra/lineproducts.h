@@ -23,14 +23,18 @@ concept ZUMProductPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<InT>
                            (std::same_as<OutT, ZUMReal> && ZUMScalarPixel<InT>);
 
 template <class OutT, class InT>
-requires ZUMProductPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMXProduct(
-    const ZUMImage<OutT>& line, const ZUMImage<InT>& image);
+requires ZUMProductPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMXProduct(const ZUMImage<OutT>& line,
+                                                  const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProductPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMYProduct(
-    const ZUMImage<OutT>& line, const ZUMImage<InT>& image);
+requires ZUMProductPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMYProduct(const ZUMImage<OutT>& line,
+                                                  const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProductPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMZProduct(
-    const ZUMImage<OutT>& line, const ZUMImage<InT>& image);
+requires ZUMProductPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMZProduct(const ZUMImage<OutT>& line,
+                                                  const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProductPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMTProduct(
-    const ZUMImage<OutT>& line, const ZUMImage<InT>& image);
+requires ZUMProductPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMTProduct(const ZUMImage<OutT>& line,
+                                                  const ZUMImage<InT>& image);

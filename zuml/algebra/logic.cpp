@@ -1,6 +1,6 @@
 #include "zuml/algebra/logic.h"
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
 using zuml_detail::PointwiseI;

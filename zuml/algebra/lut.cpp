@@ -4,7 +4,8 @@
 #include <cstring>
 #include <typeinfo>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
@@ -15,7 +16,7 @@ using zuml_detail::ValueAt;
 namespace {
 
 void RequireRectangle(const char* operation, const ZUMRegionOfDefinition& table) {
-  if (typeid(table) != typeid(ZUMRoDRect)) {
+  if (!zuml_detail::IsBox(table)) {
     throw XQException("%s: Only LUTs with rectangular RoD are allowed", operation);
   }
 }
@@ -129,7 +130,7 @@ template <int K, class Q, class P>
 template <class Q, class P, class F>
 void ForEachSourceRun(const ZUMRoDRef& rod, const ZUMImage<P>& image, const ZUMImage<Q>& result,
                       F f) {
-  ForEachRun(
+  ZUMForEachRun(
       rod, [f](const P* x, Q* r, std::ptrdiff_t n) { f(x, reinterpret_cast<Stored<Q>*>(r), n); },
       image.Channel(0), result);
 }
@@ -153,7 +154,7 @@ class UnsafeLutTask : public XQTask {
 
 template <class Task, class Q, class P>
 ZUMImage<Q> RunUnsafeLut1(const ZUMImage<P>& image, const Table<Q>& table) {
-  return RunTasks<Task, Q>(image, table.csz, [&](Task& task) {
+  return ZUMRunTasks<Task, Q>(image, table.csz, [&](Task& task) {
     task.image = &image;
     task.table = &table;
   });

@@ -20,11 +20,11 @@
 /// reads memory that is not the table's. One channel runs with tasks, CTaskUnsafeLut11 and, for
 /// tables of several channels, CTaskUnsafeLut1C; two and three run on the calling thread.
 template <ZUMAlgebraPixel Q, ZUMDiscretePixel P>
-ZUML_API ZUMImage<Q> ZUMUnsafeLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut);
+[[nodiscard]] ZUML_API ZUMImage<Q> ZUMUnsafeLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut);
 
 /// The lookup that tests every index: a pixel outside the table takes the default value in all
 /// channels. With an empty table of one channel, the result has the source's channels, all default;
 /// the table's axes are then not tested. Runs on the calling thread.
 template <ZUMAlgebraPixel Q, ZUMDiscretePixel P>
-ZUML_API ZUMImage<Q> ZUMLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut,
-                            std::type_identity_t<Q> defaultValue);
+[[nodiscard]] ZUML_API ZUMImage<Q> ZUMLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut,
+                                          std::type_identity_t<Q> defaultValue);

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqmemory.h"
 

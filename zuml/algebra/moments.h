@@ -10,9 +10,10 @@
 /// factor 1.
 ///
 /// Runs on the calling thread.
-ZUML_API ZUMReal ZUMMoment(const ZUMImage<ZUMBool>& image, int p, int q, int r, int s);
+[[nodiscard]] ZUML_API ZUMReal ZUMMoment(const ZUMImage<ZUMBool>& image, int p, int q, int r,
+                                         int s);
 
 /// The same about a centre, which is subtracted from each coordinate first, all in `double`. An
 /// exponent of 0 gives the factor 1, one below 0 a reciprocal.
-ZUML_API ZUMReal ZUMMoment(const ZUMImage<ZUMBool>& image, int p, int q, int r, int s, ZUMReal x,
-                           ZUMReal y, ZUMReal z, ZUMReal t);
+[[nodiscard]] ZUML_API ZUMReal ZUMMoment(const ZUMImage<ZUMBool>& image, int p, int q, int r, int s,
+                                         ZUMReal x, ZUMReal y, ZUMReal z, ZUMReal t);

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/zumdisplacement.h"
 
@@ -19,17 +21,18 @@ ZUMImage<ZUMLong> CountPairs(const char* operation, const ZUMImage<P>& image,
   if (s1.GetCSz() > 1 || s2.GetCSz() > 1) {
     throw XQException("%s: Multichannel structuring elements are not allowed", operation);
   }
-  const ZUMRect b1 = s1.Rect(), b2 = s2.Rect();
-  const ZUMRoDRef rod =
-      DisplaceSides(image, -std::min(b1.begin.x, b2.begin.x), -std::min(b1.begin.y, b2.begin.y),
-                    -std::min(b1.begin.z, b2.begin.z), -std::min(b1.begin.t, b2.begin.t),
-                    -std::max(b1.end.x, b2.end.x), -std::max(b1.end.y, b2.end.y),
-                    -std::max(b1.end.z, b2.end.z), -std::max(b1.end.t, b2.end.t));
+  ZUMRect both = s1.Rect();
+  const ZUMRect other = s2.Rect();
+  for (const zuml_detail::Axis axis : zuml_detail::kAxes) {
+    both.begin.*axis = std::min(both.begin.*axis, other.begin.*axis);
+    both.end.*axis = std::max(both.end.*axis, other.end.*axis);
+  }
+  const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(image, both);
   const ZUMImage<ZUMLong> result(rod, image.GetCSz(), 0);
   ZUMDisplacementArray first, second;
   first.FromNonZeroPixels(image, s1);
   second.FromNonZeroPixels(image, s2);
-  ForEachRun(
+  ZUMForEachRun(
       rod,
       [&](ZUMLong* r, const P* center, std::ptrdiff_t n) {
         for (const long long d1 : first) {

@@ -16,11 +16,13 @@
 /// element without a true pixel. Runs in the calling thread; the cost of a pixel is the number of
 /// pairs.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMLong> ZUMGreaterCnt(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& s1,
-                                         const ZUMImage<ZUMBool>& s2);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMGreaterCnt(const ZUMImage<P>& image,
+                                                       const ZUMImage<ZUMBool>& s1,
+                                                       const ZUMImage<ZUMBool>& s2);
 
 /// The number of pairs with p <= q, so that without NaN the two counts add up to the number of
 /// pairs. Throws XQException "ZUMLessCnt: Multichannel structuring elements are not allowed".
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMLong> ZUMLessCnt(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& s1,
-                                      const ZUMImage<ZUMBool>& s2);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMLessCnt(const ZUMImage<P>& image,
+                                                    const ZUMImage<ZUMBool>& s1,
+                                                    const ZUMImage<ZUMBool>& s2);

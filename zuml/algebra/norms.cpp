@@ -87,7 +87,7 @@ class NormTask : public XQTask {
   void Run() override {
     const int last = image->GetCSz() - 1;
     const std::ptrdiff_t channel = image->GetChannelSz();
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [=](OutT* r, const P* x, std::ptrdiff_t n) {
           // The sums stay in the nearest cache from one channel to the next.
@@ -102,7 +102,7 @@ class NormTask : public XQTask {
 
 template <class Task, class OutT, class P>
 ZUMImage<OutT> RunNorm(const ZUMImage<P>& image) {
-  return RunTasks<Task, OutT>(image, 1, [&](Task& task) { task.image = &image; });
+  return ZUMRunTasks<Task, OutT>(image, 1, [&](Task& task) { task.image = &image; });
 }
 
 }  // namespace

@@ -17,13 +17,15 @@ concept ZUMNormPixels = (std::same_as<OutT, ZUMLong> && ZUMIntegerPixel<P>) ||
 
 /// The Euclidean norm: the root of the sum of squares, in `double`. Tasks: CTaskNorm.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMReal> ZUMNorm(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMNorm(const ZUMImage<P>& image);
 
 /// The sum of squares; that of integers is a 32-bit integer that wraps. Tasks: CTaskSqrNorm.
 template <class OutT, class P>
-requires ZUMNormPixels<OutT, P> ZUML_API ZUMImage<OutT> ZUMSqrNorm(const ZUMImage<P>& image);
+requires ZUMNormPixels<OutT, P>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSqrNorm(const ZUMImage<P>& image);
 
 /// The sum of magnitudes; that of integers keeps the low 32 bits of the true sum. Tasks:
 /// CTaskNormL1.
 template <class OutT, class P>
-requires ZUMNormPixels<OutT, P> ZUML_API ZUMImage<OutT> ZUMNormL1(const ZUMImage<P>& image);
+requires ZUMNormPixels<OutT, P>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMNormL1(const ZUMImage<P>& image);

@@ -3,7 +3,7 @@
 #include <cmath>
 #include <complex>
 
-#include "zuml/algebra/detail/pointwise.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
 using zuml_detail::MapImage;
@@ -45,7 +45,7 @@ class ScalarProduct : public XQTask {
 
   void Run() override {
     const std::ptrdiff_t dx = a->GetChannelSz(), dy = b->GetChannelSz();
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [dx, dy, channels = a->GetCSz()](P* r, const P* x, const P* y, std::ptrdiff_t n) {
           if constexpr (kChannels > 0) {

@@ -14,30 +14,30 @@
 /// (ac - bd, ad + bc). Throws XQException "operator*: Diferent number of channels and no one
 /// channel image %d!=%d". Tasks: CTaskMulII, CTaskMulIIC2, CTaskMulIIC3, CTaskMulIICN.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator*(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> operator*(const ZUMImage<P>& a, const ZUMImage<P>& b);
 /// Every channel times the number. Tasks: CTaskMulIN.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator*(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> operator*(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> operator*(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> operator*(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The product channel by channel: like operator*, but images with the same number of channels give
 /// that number of channels. Throws XQException "ZUMPointProduct: Diferent number of channels and no
 /// one channel image %d!=%d". Tasks: CTaskPointMulII.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMPointProduct(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPointProduct(const ZUMImage<P>& a, const ZUMImage<P>& b);
 /// Every channel times the number. Tasks: CTaskPointMulIN.
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> ZUMPointProduct(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPointProduct(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMArithmeticPixel P>
-ZUML_API ZUMImage<P> ZUMPointProduct(std::type_identity_t<P> n, const ZUMImage<P>& a);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPointProduct(std::type_identity_t<P> n, const ZUMImage<P>& a);
 
 /// The base `a` to the power of the exponent `b`, by the power function of the standard library.
 /// Two images have the same number of channels; otherwise throws XQException "Diferent number of
 /// channels". Runs in the calling thread.
 template <ZUMRealComplexPixel P>
-ZUML_API ZUMImage<P> ZUMPow(const ZUMImage<P>& a, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPow(const ZUMImage<P>& a, const ZUMImage<P>& b);
 template <ZUMRealComplexPixel P>
-ZUML_API ZUMImage<P> ZUMPow(const ZUMImage<P>& a, std::type_identity_t<P> n);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPow(const ZUMImage<P>& a, std::type_identity_t<P> n);
 template <ZUMRealComplexPixel P>
-ZUML_API ZUMImage<P> ZUMPow(std::type_identity_t<P> n, const ZUMImage<P>& b);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPow(std::type_identity_t<P> n, const ZUMImage<P>& b);

@@ -18,34 +18,34 @@ concept ZUMProjectionPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<I
 
 /// The sum of each line: ZUMProjectX<ZUMLong>(image). Reals are added toward higher coordinates.
 template <class OutT, class InT>
-requires ZUMProjectionPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMProjectX(
-    const ZUMImage<InT>& image);
+requires ZUMProjectionPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMProjectX(const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProjectionPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMProjectY(
-    const ZUMImage<InT>& image);
+requires ZUMProjectionPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMProjectY(const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProjectionPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMProjectZ(
-    const ZUMImage<InT>& image);
+requires ZUMProjectionPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMProjectZ(const ZUMImage<InT>& image);
 template <class OutT, class InT>
-requires ZUMProjectionPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMProjectT(
-    const ZUMImage<InT>& image);
+requires ZUMProjectionPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMProjectT(const ZUMImage<InT>& image);
 
 /// The maximum and the minimum of each line, by strict comparison with the least and the greatest
 /// finite value of the type and then with each pixel: a NaN is passed over, and a line of
 /// infinities can give that finite value.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMaxX(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMaxX(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMaxY(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMaxY(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMaxZ(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMaxZ(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMaxT(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMaxT(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMinX(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMinX(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMinY(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMinY(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMinZ(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMinZ(const ZUMImage<PixT>& image);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMProjectMinT(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMProjectMinT(const ZUMImage<PixT>& image);

@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 

@@ -15,5 +15,5 @@
 /// throws XQException "Pixel coordinates out of image (%d,%d,%d,%d,%d)". Runs on the calling
 /// thread.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMReadLine(const ZUMImage<PixT>& image, int x0, int y0, int x1, int y1,
-                                    int z, int c);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMReadLine(const ZUMImage<PixT>& image, int x0, int y0,
+                                                  int x1, int y1, int z, int c);

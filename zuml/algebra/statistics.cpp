@@ -79,7 +79,7 @@ template <>
 template <class P>
 SumType<P> SumPixels(const ZUMImage<P>& image) {
   SumType<P> sum{};
-  ForEachRun(
+  ZUMForEachRun(
       image, [&sum](const P* x, std::ptrdiff_t n) { sum = AddRun(sum, x, n); }, image);
   return sum;
 }
@@ -93,7 +93,7 @@ template <class P>
 Moments SweepMoments(const ZUMImage<P>& image) {
   SumType<P> s{};
   double q = 0;
-  ForEachRun(
+  ZUMForEachRun(
       image, [&](const P* x, std::ptrdiff_t n) { AddMoments(s, q, x, n); }, image);
   if constexpr (std::integral<P>) s = ZUMLowBits<ZUMLong>(s);
   return {CountOf(image), static_cast<double>(s), q};
@@ -112,7 +112,7 @@ class CTaskSumChannels final : public XQTask {
   void Run() override {
     const int channels = image->GetCSz();
     const std::ptrdiff_t channel = image->GetChannelSz();
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [=](OutT* r, const InT* x, std::ptrdiff_t n) {
           for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = static_cast<OutT>(ValueAt(x, i));
@@ -139,8 +139,8 @@ requires ZUMSumPixels<OutT, InT> OutT ZUMSum(const ZUMImage<InT>& image) {
 template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image) {
   if (image.GetCSz() == 0) return ZUMImage<OutT>(image, 1, OutT{});
-  return RunTasks<CTaskSumChannels<OutT, InT>, OutT>(image, 1,
-                                                     [&](auto& task) { task.image = &image; });
+  return ZUMRunTasks<CTaskSumChannels<OutT, InT>, OutT>(image, 1,
+                                                        [&](auto& task) { task.image = &image; });
 }
 
 template <ZUMGreyPixel PixT>

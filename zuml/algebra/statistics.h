@@ -19,16 +19,18 @@ concept ZUMSumPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<InT>) ||
 
 /// The sum of all pixels: ZUMSum<ZUMLong>(image). A `long` sum is a 32-bit integer that wraps.
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> ZUML_API OutT ZUMSum(const ZUMImage<InT>& image);
+requires ZUMSumPixels<OutT, InT>
+[[nodiscard]] ZUML_API OutT ZUMSum(const ZUMImage<InT>& image);
 
 /// The channels added up, from channel 0 on: an image of one channel over the same region, in the
 /// arithmetic of OutT; 0 where there is no channel. Tasks: CTaskSumChannels.
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image);
+requires ZUMSumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSumChannels(const ZUMImage<InT>& image);
 
 /// The mean, in `double`; the sum of integers behind it does not wrap. A NaN for an empty image.
 template <ZUMGreyPixel PixT>
-ZUML_API ZUMReal ZUMMean(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMReal ZUMMean(const ZUMImage<PixT>& image);
 
 /// The standard deviation and the variance. With S the sum of the pixels and Q that of their
 /// squares, they are sqrt(max(nQ - SS, 0)) / n and (Q - SS / n) / n; rounding can take the variance
@@ -37,6 +39,6 @@ ZUML_API ZUMReal ZUMMean(const ZUMImage<PixT>& image);
 /// Q is a `double`. S is one for real pixels; for integer pixels it is a 32-bit integer that wraps,
 /// so that both are meaningless where the sum does not fit in it.
 template <ZUMGreyPixel PixT>
-ZUML_API ZUMReal ZUMStdDeviation(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMReal ZUMStdDeviation(const ZUMImage<PixT>& image);
 template <ZUMGreyPixel PixT>
-ZUML_API ZUMReal ZUMVariance(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMReal ZUMVariance(const ZUMImage<PixT>& image);

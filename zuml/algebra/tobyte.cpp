@@ -1,8 +1,8 @@
 #include "zuml/algebra/tobyte.h"
 
-#include "zuml/algebra/detail/pointwise.h"
 #include "zuml/algebra/extrema.h"
 #include "zuml/algebra/lut.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"
 
 namespace {

@@ -7,7 +7,7 @@
 /// A clamp, without scaling: below 0 gives 0, above 255 gives 255, a fraction is cut off, a NaN
 /// gives 0; bool pixels give 0 and 1. Tasks: CTaskImToByte.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<ZUMByte> ZUMImToByte(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMImToByte(const ZUMImage<P>& image);
 
 /// A stretch of the image's range, over all its channels, to 0..255: the pixel v becomes (v - min)
 /// * (255.0 / (max - min)) with the fraction cut off, and a constant image becomes 0. Nothing is
@@ -18,8 +18,8 @@ ZUML_API ZUMImage<ZUMByte> ZUMImToByte(const ZUMImage<P>& image);
 /// Throws XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an empty image. Tasks:
 /// CTaskMinMax, CTaskMaxcon.
 template <ZUMOrderedPixel P>
-ZUML_API ZUMImage<ZUMByte> ZUMMaxcon(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMMaxcon(const ZUMImage<P>& image);
 
 /// False colours in three channels (red, green, blue), as a heat camera shows them: dark blue,
 /// blue, green, yellow, orange, red, white from 0 to 255. The image has one channel.
-ZUML_API ZUMImage<ZUMByte> ZUMThermography(const ZUMImage<ZUMByte>& image);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMThermography(const ZUMImage<ZUMByte>& image);

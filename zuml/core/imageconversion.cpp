@@ -46,7 +46,7 @@ void ConvertRun(Q* to, const P* from, std::ptrdiff_t n) {
     const unsigned char* bytes = reinterpret_cast<const unsigned char*>(from);
     for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ZUMConvertPixel<Q>(bytes[i] != 0);
   } else if constexpr (std::same_as<P, Q>) {
-    CopyRun(to, from, n);
+    ZUMCopyRun(to, from, n);
   } else if constexpr (std::floating_point<P> && std::integral<Q> && !std::same_as<Q, bool>) {
     TruncateRun(to, from, n);
   } else {
@@ -65,7 +65,7 @@ class CTaskConvert final : public XQTask {
   const ZUMImage<P>* image;
 
   void Run() override {
-    ForEachRun(
+    ZUMForEachRun(
         part, [](Q* to, const P* from, std::ptrdiff_t n) { ConvertRun(to, from, n); }, *result,
         *image);
   }
@@ -74,8 +74,8 @@ class CTaskConvert final : public XQTask {
 template <class PixT>
 template <ZUMValuePixel Q>
 requires ZUMValuePixel<PixT> ZUMImage<PixT>::operator ZUMImage<Q>() const {
-  return RunTasks<CTaskConvert<Q, PixT>, Q>(*this, GetCSz(),
-                                            [this](auto& task) { task.image = this; });
+  return ZUMRunTasks<CTaskConvert<Q, PixT>, Q>(*this, GetCSz(),
+                                               [this](auto& task) { task.image = this; });
 }
 
 #define ZUML_INSTANTIATE_FROM(PIX)                             \

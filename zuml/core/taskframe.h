@@ -4,7 +4,7 @@
 /// operands.
 ///
 /// A task class derives from XQTask, is default-constructible and has the members `part` (its
-/// ZUMRoDRef) and, for RunTasks, `result` (a pointer to the image it writes). One that does much
+/// ZUMRoDRef) and, for ZUMRunTasks, `result` (a pointer to the image it writes). One that does much
 /// for each pixel of the result has `int Cost() const`: about how many pixels it reads for one.
 #pragma once
 
@@ -48,7 +48,7 @@ void ZUMWaitTasks(Task* tasks, int n) {
 /// operands, all are sent and then joined. Every task is ready before the first is sent, so that
 /// nothing can fail while tasks run. The objects can serve further passes.
 template <class Task, class Setup>
-void RunPass(Task (&tasks)[ZUMMaxTasks], const ZUMRoDRef& rod, int csz, Setup&& setup) {
+void ZUMRunPass(Task (&tasks)[ZUMMaxTasks], const ZUMRoDRef& rod, int csz, Setup&& setup) {
   const int n = XQTask::GetNThreads();
   for (int i = 0; i < n; ++i) {
     tasks[i].part = rod.RoDPart(i, n);
@@ -63,10 +63,10 @@ void RunPass(Task (&tasks)[ZUMMaxTasks], const ZUMRoDRef& rod, int csz, Setup&& 
 /// The whole frame for a result over `rod` with `csz` channels: a new image with a tight raster,
 /// one pass of tasks that write all its pixels, the image.
 template <class Task, ZUMAnyPixel P, class Setup>
-ZUMImage<P> RunTasks(const ZUMRoDRef& rod, int csz, Setup&& setup) {
+ZUMImage<P> ZUMRunTasks(const ZUMRoDRef& rod, int csz, Setup&& setup) {
   const ZUMImage<P> result = ZUMGenericImage(rod, csz, ZUMPixelTraits<P>::kType);
   Task tasks[ZUMMaxTasks];
-  RunPass(tasks, rod, csz, [&](Task& task) {
+  ZUMRunPass(tasks, rod, csz, [&](Task& task) {
     task.result = &result;
     setup(task);
   });
@@ -78,13 +78,14 @@ ZUMImage<P> RunTasks(const ZUMRoDRef& rod, int csz, Setup&& setup) {
 /// what the pass reads, such as a view of channel c, and lives until the pass is joined;
 /// `setup(task, operands)` hands it to a task. Passes follow each other.
 template <class Task, ZUMAnyPixel P, class Operands, class Setup>
-ZUMImage<P> RunTasksPerChannel(const ZUMRoDRef& rod, int csz, Operands&& operands, Setup&& setup) {
+ZUMImage<P> ZUMRunTasksPerChannel(const ZUMRoDRef& rod, int csz, Operands&& operands,
+                                  Setup&& setup) {
   const ZUMImage<P> result = ZUMGenericImage(rod, csz, ZUMPixelTraits<P>::kType);
   Task tasks[ZUMMaxTasks];
   for (int c = 0; c < csz; ++c) {
     const ZUMImage<P> view = result.Channel(c);
     const auto held = operands(c);
-    RunPass(tasks, rod, 1, [&](Task& task) {
+    ZUMRunPass(tasks, rod, 1, [&](Task& task) {
       task.result = &view;
       setup(task, held);
     });

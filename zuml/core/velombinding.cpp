@@ -3,6 +3,7 @@
 #include <ostream>
 #include <typeinfo>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/zumrodrect.h"
 
 namespace {
@@ -19,7 +20,7 @@ const char* PixelTypeName(ZUMPixelType type) {
 }
 
 void PrintRegion(std::ostream& stream, const ZUMRegionOfDefinition& rod) {
-  if (typeid(rod) != typeid(ZUMRoDRect)) {
+  if (!zuml_detail::IsBox(rod)) {
     stream << "RoD Shape unknown";
     return;
   }

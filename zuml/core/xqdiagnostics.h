@@ -47,7 +47,7 @@ inline bool XQVerify(bool condition, const char* text, const char* file = __buil
 }
 
 /// A time in seconds that never runs backwards. Only differences mean something.
-ZUML_API double XQClock() noexcept;
+[[nodiscard]] ZUML_API double XQClock() noexcept;
 
 /// A copy of a text that belongs to the caller, who gives it back with XQFree. Null stays null.
-ZUML_API char* XQString(const char* text);
+[[nodiscard]] ZUML_API char* XQString(const char* text);

@@ -40,14 +40,14 @@ class ZUML_API XQMatrix {
 
 /// The product of two matrices. Throws XQException "operator*: matrices of %d x %d and %d x %d have
 /// no product" where the left one has not as many columns as the right one rows.
-ZUML_API XQMatrix operator*(const XQMatrix& a, const XQMatrix& b);
+[[nodiscard]] ZUML_API XQMatrix operator*(const XQMatrix& a, const XQMatrix& b);
 
 /// The matrix with rows and columns exchanged.
-ZUML_API XQMatrix XQTranspose(const XQMatrix& a);
+[[nodiscard]] ZUML_API XQMatrix XQTranspose(const XQMatrix& a);
 
 /// The inverse of a square matrix, by the elimination of XQSolveGauss. Throws XQException
 /// "XQInverse: a matrix of %d x %d is not square" or "XQInverse: singular matrix".
-ZUML_API XQMatrix XQInverse(const XQMatrix& a);
+[[nodiscard]] ZUML_API XQMatrix XQInverse(const XQMatrix& a);
 
 /// The solution x of a x = b, for one or more columns of b at once.
 ///
@@ -60,4 +60,4 @@ ZUML_API XQMatrix XQInverse(const XQMatrix& a);
 ///
 /// Throws XQException "XQSolveGauss: a matrix of %d x %d is not square", "XQSolveGauss: %d
 /// equations with %d right sides", or "XQSolveGauss: singular matrix".
-ZUML_API XQMatrix XQSolveGauss(const XQMatrix& a, const XQMatrix& b);
+[[nodiscard]] ZUML_API XQMatrix XQSolveGauss(const XQMatrix& a, const XQMatrix& b);

@@ -253,7 +253,7 @@ void ZUMDisplacementArray::SurroundPath(const ZUMRaster& target, const ZUMImage<
   const ZUMRect frame(1, 1, 0, 0, 1, 1, 0, 0);
   const ZUMImage<ZUMBool> left(path, frame, 1, nullptr);
   path.RoD().DrawOutFrame(left, frame, false);
-  ForEachRun(
+  ZUMForEachRun(
       path,
       [](bool* to, const bool* from, std::ptrdiff_t n) {
         const ElementLine<bool> line{from, n, {}, 0};

@@ -109,14 +109,14 @@ void ZUMImage<PixT>::SetPixel(int x, int y, int z, int t, int c, PixT value) {
 
 template <class PixT>
 void ZUMImage<PixT>::SetPixels(const ZUMImage& other) {
-  ForEachRun(
-      *this, [](PixT* to, const PixT* from, std::ptrdiff_t n) { CopyRun(to, from, n); }, *this,
+  ZUMForEachRun(
+      *this, [](PixT* to, const PixT* from, std::ptrdiff_t n) { ZUMCopyRun(to, from, n); }, *this,
       other);
 }
 
 template <class PixT>
 void ZUMImage<PixT>::SetPixels(PixT value) {
-  ForEachRun(
+  ZUMForEachRun(
       *this, [value](PixT* to, std::ptrdiff_t n) { std::fill(to, to + n, value); }, *this);
 }
 

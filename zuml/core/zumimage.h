@@ -168,19 +168,19 @@ class ZUML_API ZUMImage : public ZUMGenericImage {
 };
 
 /// Default images, the "no image" of optional arguments.
-ZUML_API ZUMImage<ZUMBool> ZUMNullImageBool();
-ZUML_API ZUMImage<ZUMByte> ZUMNullImageByte();
-ZUML_API ZUMImage<ZUMShort> ZUMNullImageShort();
-ZUML_API ZUMImage<ZUMLong> ZUMNullImageLong();
-ZUML_API ZUMImage<ZUMSReal> ZUMNullImageSReal();
-ZUML_API ZUMImage<ZUMReal> ZUMNullImageReal();
-ZUML_API ZUMImage<ZUMComplex> ZUMNullImageComplex();
-ZUML_API ZUMImage<ZUMPointer> ZUMNullImagePointer();
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMNullImageBool();
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMNullImageByte();
+[[nodiscard]] ZUML_API ZUMImage<ZUMShort> ZUMNullImageShort();
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMNullImageLong();
+[[nodiscard]] ZUML_API ZUMImage<ZUMSReal> ZUMNullImageSReal();
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMNullImageReal();
+[[nodiscard]] ZUML_API ZUMImage<ZUMComplex> ZUMNullImageComplex();
+[[nodiscard]] ZUML_API ZUMImage<ZUMPointer> ZUMNullImagePointer();
 
 /// A new image over the same region with the same channels and a raster of its own; a frame is not
 /// copied.
 template <ZUMAnyPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMCopy(const ZUMImage<PixT>& image);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMCopy(const ZUMImage<PixT>& image);
 
 /// Writes "<Im", the pixel type, the object's address, the region and the number of channels.
 ZUML_API std::ostream& operator<<(std::ostream& stream, const ZUMGenericImage& image);

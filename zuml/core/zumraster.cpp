@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
@@ -42,11 +43,11 @@ std::size_t RequireBlockSize(const Sizes& sizes, int pix_sz) {
 // coordinates.
 ZUMSimpleRaster* MakeBlock(const ZUMRect& box, const ZUMRect& frame, int csz, ZUMPixelType type,
                            void* data) {
-  const auto size = [&](int ZUMBasePoint<int>::*axis) {
-    return std::int64_t{box.end.*axis} - box.begin.*axis + 1 + frame.begin.*axis + frame.end.*axis;
+  const auto size = [&](zuml_detail::Axis axis) {
+    return zuml_detail::SizeOf(box, axis) + frame.begin.*axis + frame.end.*axis;
   };
-  using Point = ZUMBasePoint<int>;
-  const Sizes sizes = {size(&Point::x), size(&Point::y), size(&Point::z), size(&Point::t), csz};
+  const Sizes sizes = {size(zuml_detail::kX), size(zuml_detail::kY), size(zuml_detail::kZ),
+                       size(zuml_detail::kT), csz};
   RequireBlockSize(sizes, ZUMSimpleRaster::PixelTypeToSz(type));
   auto* block =
       new ZUMSimpleRaster(static_cast<int>(sizes[0]), static_cast<int>(sizes[1]),

@@ -219,10 +219,10 @@ class ZUML_API ZUMRoDRef {
 
 /// The region common to both. The box throws XQException "ZUMRoDRect::Intersection no implementada
 /// para %s" for a region of another class.
-ZUML_API ZUMRoDRef Intersection(const ZUMRoDRef& a, const ZUMRoDRef& b);
+[[nodiscard]] ZUML_API ZUMRoDRef Intersection(const ZUMRoDRef& a, const ZUMRoDRef& b);
 /// The region with its sides moved; sides that cross make it empty.
-ZUML_API ZUMRoDRef DisplaceSides(const ZUMRoDRef& rod, int bx, int by, int bz, int bt, int ex,
-                                 int ey, int ez, int et);
+[[nodiscard]] ZUML_API ZUMRoDRef DisplaceSides(const ZUMRoDRef& rod, int bx, int by, int bz, int bt,
+                                               int ex, int ey, int ez, int et);
 
 /// The region of default images: empty, with the corners (0,1,1,1) and (-1,0,0,0). It exists from
 /// load time.

@@ -7,18 +7,18 @@
 #include <typeinfo>
 #include <utility>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/typenames.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumimage.h"
 
+using zuml_detail::Axis;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
+
 namespace {
-
-using Axis = int ZUMBasePoint<int>::*;
-
-constexpr Axis kX = &ZUMBasePoint<int>::x;
-constexpr Axis kY = &ZUMBasePoint<int>::y;
-constexpr Axis kZ = &ZUMBasePoint<int>::z;
-constexpr Axis kT = &ZUMBasePoint<int>::t;
 
 bool IsCrossed(const ZUMRect& box) {
   return box.begin.x > box.end.x || box.begin.y > box.end.y || box.begin.z > box.end.z ||
@@ -27,10 +27,7 @@ bool IsCrossed(const ZUMRect& box) {
 
 // Sums and negatives of coordinates stop at the ends of the 32 bits, so that the box of all
 // coordinates can be moved and mirrored like any other.
-int Add(int a, std::int64_t b) {
-  return static_cast<int>(std::clamp<std::int64_t>(a + b, std::numeric_limits<int>::min(),
-                                                   std::numeric_limits<int>::max()));
-}
+int Add(int a, std::int64_t b) { return zuml_detail::ToCoordinate(a + b); }
 int Negate(int a) { return Add(0, -std::int64_t{a}); }
 
 // The box mirrored through the origin on one axis.
@@ -111,7 +108,7 @@ bool ZUMRoDRect::InP(int x, int y, int z, int t) const {
 }
 
 ZUMRegionOfDefinition* ZUMRoDRect::Intersection(const ZUMRegionOfDefinition& other) const {
-  if (typeid(other) != typeid(ZUMRoDRect)) {
+  if (!zuml_detail::IsBox(other)) {
     throw XQException("ZUMRoDRect::Intersection no implementada para %s",
                       zuml_detail::TypeName(typeid(other)).c_str());
   }
@@ -177,7 +174,7 @@ ZUMRegionOfDefinition* ZUMRoDRect::RotateZ(int angle) const {
 }
 
 bool ZUMRoDRect::operator==(const ZUMRegionOfDefinition& other) const {
-  return typeid(other) == typeid(ZUMRoDRect) && box_ == static_cast<const ZUMRoDRect&>(other).box_;
+  return zuml_detail::IsBox(other) && box_ == static_cast<const ZUMRoDRect&>(other).box_;
 }
 
 void ZUMRoDRect::DrawOutFrame(const ZUMImage<void*>& image, const ZUMRect& frame,

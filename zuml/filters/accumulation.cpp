@@ -3,25 +3,25 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/filters/detail/kernelregion.h"
 #include "zuml/filters/detail/rowband.h"
 #include "zuml/filters/detail/wholerows.h"
 
 namespace {
 
-using zuml_detail::IsRectangular;
-using zuml_detail::ValueAt;
+using zuml_detail::IsBox;
+using zuml_detail::NumberAt;
 
 // r[i] = the sum of s[0] to s[i].
 template <class OutT, class InT>
 void AccumulateRow(OutT* r, const InT* s, std::ptrdiff_t n) {
   OutT sum = 0;
   for (std::ptrdiff_t i = 0; i < n; ++i) {
-    sum = ZUMWrapAdd(sum, static_cast<OutT>(ValueAt(s, i)));
+    sum = ZUMWrapAdd(sum, static_cast<OutT>(NumberAt(s, i)));
     r[i] = sum;
   }
 }
@@ -38,7 +38,7 @@ class CTaskXAccumImage final : public XQTask {
 
   void Run() override {
     const ZUMRoDRef pixels = Intersection(part, *source);
-    ForEachRun(
+    ZUMForEachRun(
         pixels,
         [](OutT* r, const InT* s, std::ptrdiff_t n) {
           r[-1] = 0;
@@ -50,11 +50,11 @@ class CTaskXAccumImage final : public XQTask {
 
 template <class OutT, class InT>
 requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMXAccumImage(const ZUMImage<InT>& image) {
-  if (!IsRectangular(image)) throw XQException("ZUMXAccumImage only allows rectangular images");
+  if (!IsBox(image)) throw XQException("ZUMXAccumImage only allows rectangular images");
   const ZUMRoDRef rod = DisplaceSides(image, -1, 0, 0, 0, 0, 0, 0, 0);
   if (image.EmptyP()) return ZUMImage<OutT>(rod, image.GetCSz(), OutT());
   using Task = CTaskXAccumImage<OutT, InT>;
-  return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
     zuml_detail::KeepRowsWhole(task.part, rod);
     task.source = &image;
   });
@@ -62,16 +62,16 @@ requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMXAccumImage(const ZUMImage<
 
 template <class OutT, class InT>
 requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMYAccumImage(const ZUMImage<InT>& image) {
-  if (!IsRectangular(image)) throw XQException("ZUMYAccumImage only allows rectangular images");
+  if (!IsBox(image)) throw XQException("ZUMYAccumImage only allows rectangular images");
   const ZUMImage<OutT> result(DisplaceSides(image, 0, -1, 0, 0, 0, 0, 0, 0), image.GetCSz(),
                               OutT());
   const std::ptrdiff_t line = result.GetLineSz();
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [line](OutT* r, const InT* s, std::ptrdiff_t n) {
         const OutT* above = r - line;
         for (std::ptrdiff_t i = 0; i < n; ++i) {
-          r[i] = ZUMWrapAdd(above[i], static_cast<OutT>(ValueAt(s, i)));
+          r[i] = ZUMWrapAdd(above[i], static_cast<OutT>(NumberAt(s, i)));
         }
       },
       result, image);
@@ -80,13 +80,13 @@ requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMYAccumImage(const ZUMImage<
 
 template <class OutT, class InT>
 requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMAccumImage(const ZUMImage<InT>& image) {
-  if (!IsRectangular(image) || image.RoDZSz() != 1 || image.RoDTSz() != 1) {
+  if (!IsBox(image) || image.RoDZSz() != 1 || image.RoDTSz() != 1) {
     throw XQException("ZUMAccumImage only allows 2D rectangular images");
   }
   const ZUMImage<OutT> result(DisplaceSides(image, -1, -1, 0, 0, 0, 0, 0, 0), image.GetCSz(),
                               OutT());
   const std::ptrdiff_t line = result.GetLineSz();
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [line](OutT* r, const InT* s, std::ptrdiff_t n) {
         AccumulateRow(r, s, n);

@@ -21,18 +21,18 @@ concept ZUMAccumPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<InT>) 
 /// Throws XQException "ZUMAccumImage only allows 2D rectangular images" also where Z or T have
 /// another extent than 1. Runs on the calling thread.
 template <class OutT, class InT>
-requires ZUMAccumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMAccumImage(
-    const ZUMImage<InT>& image);
+requires ZUMAccumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMAccumImage(const ZUMImage<InT>& image);
 
 /// Running sums of the rows: the region grows by one on the low side of X, where the result is 0,
 /// and result(x) = result(x - 1) + image(x). Throws XQException "ZUMXAccumImage only allows
 /// rectangular images". Tasks: CTaskXAccumImage, never cut along X.
 template <class OutT, class InT>
-requires ZUMAccumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMXAccumImage(
-    const ZUMImage<InT>& image);
+requires ZUMAccumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMXAccumImage(const ZUMImage<InT>& image);
 
 /// Running sums of the columns, likewise along Y. Throws XQException "ZUMYAccumImage only allows
 /// rectangular images". Runs on the calling thread.
 template <class OutT, class InT>
-requires ZUMAccumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMYAccumImage(
-    const ZUMImage<InT>& image);
+requires ZUMAccumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMYAccumImage(const ZUMImage<InT>& image);

@@ -1,15 +1,15 @@
 #include "zuml/filters/boxsum.h"
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/boxrows.h"
-#include "zuml/filters/detail/kernelregion.h"
 #include "zuml/filters/detail/slidingsum.h"
 #include "zuml/filters/detail/weightedsum.h"
 #include "zuml/filters/detail/wholerows.h"
 
-using zuml_detail::IsRectangular;
+using zuml_detail::IsBox;
 using zuml_detail::MakeDirectRegion;
 using zuml_detail::Terms;
 using zuml_detail::WeightOf;
@@ -76,7 +76,7 @@ namespace {
 template <class Task, class OutT, class InT>
 ZUMImage<OutT> RunSum(const ZUMImage<InT>& image, const ZUMRoDRef& rod,
                       const Terms<WeightOf<OutT>>& all) {
-  return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
     task.source = &image;
     task.all = &all;
   });
@@ -85,7 +85,7 @@ ZUMImage<OutT> RunSum(const ZUMImage<InT>& image, const ZUMRoDRef& rod,
 template <class Task, class OutT, class InT>
 ZUMImage<OutT> RunSliding(const ZUMImage<InT>& image, const ZUMRoDRef& rod,
                           const Terms<WeightOf<OutT>>& all, const Terms<WeightOf<OutT>>& changes) {
-  return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
     zuml_detail::KeepRowsWhole(task.part, rod);
     task.source = &image;
     task.all = &all;
@@ -99,9 +99,8 @@ void AddTerms(Terms<W>& terms, const ZUMDisplacementArray& steps, W weight, long
 }
 
 // A mask of one channel that is true all over its region.
-bool IsBox(const ZUMImage<ZUMBool>& mask, std::size_t pixels) {
-  return mask.GetCSz() == 1 && IsRectangular(mask) &&
-         static_cast<std::size_t>(mask.NPixels()) == pixels;
+bool IsFilledBox(const ZUMImage<ZUMBool>& mask, std::size_t pixels) {
+  return mask.GetCSz() == 1 && IsBox(mask) && static_cast<std::size_t>(mask.NPixels()) == pixels;
 }
 
 // 1 for the pixels of channel 0, -1 for those of channel 1.
@@ -136,7 +135,7 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
   using W = WeightOf<OutT>;
   const int n = mask.GetCSz();
   if (n != 1 && n != 2) throw XQException("ZUMSum only allows a mask with one or two channels");
-  const ZUMRoDRef rod = MakeDirectRegion(image, mask);
+  const ZUMRoDRef rod = MakeDirectRegion(image, mask.Rect());
   const Terms<W> all = MakeSignedTerms<W>(image, mask);
   Terms<W> changes;
   std::size_t entering = 0;
@@ -156,7 +155,7 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
                   : RunSum<CTaskSum2<OutT, InT>, OutT>(image, rod, all);
   }
   if constexpr (std::is_same_v<OutT, ZUMLong>) {
-    if (IsBox(mask, all.offsets.size())) return ZUMSum<OutT>(image, mask.Rect());
+    if (IsFilledBox(mask, all.offsets.size())) return ZUMSum<OutT>(image, mask.Rect());
   }
   return n == 1 ? RunSliding<CTaskSumSC1<OutT, InT>, OutT>(image, rod, all, changes)
                 : RunSliding<CTaskSumSC2<OutT, InT>, OutT>(image, rod, all, changes);
@@ -174,11 +173,11 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
   if (b.x == 0 && e.x == 0 && b.y == 0 && e.y == 0) {
     result = static_cast<ZUMImage<OutT>>(image);
   } else {
-    result = RunTasks<Task, OutT>(DisplaceSides(image, -b.x, -b.y, 0, 0, -e.x, -e.y, 0, 0),
-                                  image.GetCSz(), [&](Task& task) {
-                                    task.source = &image;
-                                    task.rect = &rect;
-                                  });
+    result = ZUMRunTasks<Task, OutT>(DisplaceSides(image, -b.x, -b.y, 0, 0, -e.x, -e.y, 0, 0),
+                                     image.GetCSz(), [&](Task& task) {
+                                       task.source = &image;
+                                       task.rect = &rect;
+                                     });
   }
   if (b.z != 0 || e.z != 0) {
     const ZUMRoDRef rod = DisplaceSides(result, 0, 0, -b.z, 0, 0, 0, -e.z, 0);
@@ -194,7 +193,7 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
 template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
                                                        const ZUMRoDRef& rod) {
-  if (IsRectangular(rod)) return ZUMSum<OutT>(image, rod.Rect());
+  if (IsBox(rod)) return ZUMSum<OutT>(image, rod.Rect());
   return ZUMSum<OutT>(image, ZUMImage<ZUMBool>(rod, 1, true));
 }
 

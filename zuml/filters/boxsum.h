@@ -25,8 +25,9 @@
 /// Throws XQException "ZUMSum only allows a mask with one or two channels". Tasks: CTaskSum1 and
 /// CTaskSum2, or CTaskSumSC1 and CTaskSumSC2.
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
-                                                                const ZUMImage<ZUMBool>& mask);
+requires ZUMSumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
+                                             const ZUMImage<ZUMBool>& mask);
 
 /// The sum over a box, axis by axis in the order X, Y, Z, T: each pass sums the result of the one
 /// before, from the low end of the box to the high one. The box may lie to one side of the origin.
@@ -34,13 +35,13 @@ requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<I
 ///
 /// Throws XQException "ZUMSum: empty rectangle is not allowed". Tasks: CTaskSumX, CTaskSumT.
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
-                                                                const ZUMRect& rect);
+requires ZUMSumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image, const ZUMRect& rect);
 
 /// The sum over a region: its box, or a mask that is true on it.
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
-                                                                const ZUMRoDRef& rod);
+requires ZUMSumPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image, const ZUMRoDRef& rod);
 
 /// The sum under a kernel of one or two channels where the mask is true, and `value` where it is
 /// false; over the region of ZUMSum that the mask's region shares. Sums are direct ones.
@@ -61,5 +62,7 @@ requires ZUMSumPixels<OutT, InT> &&
 ///
 /// Throws XQException "ZUMSumThr only allows a mask with one channel".
 template <class OutT, class InT>
-requires ZUMSumPixels<OutT, InT> && ZUMGreyPixel<InT> ZUML_API ZUMImage<OutT> ZUMSumThr(
-    const ZUMImage<InT>& image, const ZUMImage<InT>& threshold, const ZUMImage<ZUMBool>& mask);
+requires ZUMSumPixels<OutT, InT> && ZUMGreyPixel<InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSumThr(const ZUMImage<InT>& image,
+                                                const ZUMImage<InT>& threshold,
+                                                const ZUMImage<ZUMBool>& mask);

@@ -2,10 +2,10 @@
 
 #include <cstddef>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/convolutiontask.h"
-#include "zuml/filters/detail/kernelregion.h"
 
 namespace {
 
@@ -43,11 +43,12 @@ ZUMImage<OutT> RunFilter(const ZUMImage<InT>& image, const ZUMImage<OutT>& kerne
         "ZUMConv: convolution of Multichanel image and kernel with diferent number of channels is "
         "not allowed");
   }
-  const ZUMRoDRef rod = form == Form::kMirrored ? zuml_detail::MakeMirroredRegion(image, kernel)
-                                                : zuml_detail::MakeDirectRegion(image, kernel);
+  const ZUMRoDRef rod = form == Form::kMirrored
+                            ? zuml_detail::MakeMirroredRegion(image, kernel.Rect())
+                            : zuml_detail::MakeDirectRegion(image, kernel.Rect());
   using Task = CTaskConv<OutT, InT>;
   if (channels == 1 && kernel_channels > 1) {
-    return RunTasksPerChannel<Task, OutT>(
+    return ZUMRunTasksPerChannel<Task, OutT>(
         rod, kernel_channels, [&](int c) { return MakeTerms(image, kernel.Channel(c), form); },
         [&](Task& task, const Terms<OutT>& terms) {
           task.source = &image;
@@ -56,14 +57,14 @@ ZUMImage<OutT> RunFilter(const ZUMImage<InT>& image, const ZUMImage<OutT>& kerne
   }
   const Terms<OutT> terms = MakeTerms(image, kernel, form);
   if (channels > 1 && kernel_channels == 1) {
-    return RunTasksPerChannel<Task, OutT>(
+    return ZUMRunTasksPerChannel<Task, OutT>(
         rod, channels, [&](int c) { return image.Channel(c); },
         [&](Task& task, const ZUMImage<InT>& channel) {
           task.source = &channel;
           task.terms = &terms;
         });
   }
-  return RunTasks<Task, OutT>(rod, 1, [&](Task& task) {
+  return ZUMRunTasks<Task, OutT>(rod, 1, [&](Task& task) {
     task.source = &image;
     task.terms = &terms;
   });

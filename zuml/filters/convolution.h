@@ -43,11 +43,13 @@ concept ZUMCorrPixels = ZUMKernelCoefficient<OutT> && ZUMScalarPixel<InT>;
 /// without a pixel other than 0 is refused as ZUMDisplacementValueArray does. Tasks: CTaskConv. The
 /// time is proportional to the number of pixels other than 0.
 template <class OutT, class InT>
-requires ZUMConvPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMConv(const ZUMImage<InT>& image,
-                                                                  const ZUMImage<OutT>& kernel);
+requires ZUMConvPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMConv(const ZUMImage<InT>& image,
+                                              const ZUMImage<OutT>& kernel);
 template <class OutT, class InT>
-requires ZUMCorrPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMCorr(const ZUMImage<InT>& image,
-                                                                  const ZUMImage<OutT>& kernel);
+requires ZUMCorrPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMCorr(const ZUMImage<InT>& image,
+                                              const ZUMImage<OutT>& kernel);
 
 /// The same with a chain of stages: the source, converted to OutT, is filtered by the first stage,
 /// the result of that by the second, and so on, each shrinking the region by its own box. On Z and
@@ -63,8 +65,10 @@ requires ZUMCorrPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMCorr(const ZUMImage
 /// Throw XQException "ZUMConv: multichannel Image and kernel with different number of channels are
 /// not allowed" or the same with ZUMCorr. Tasks: CTaskConv, CTaskConvStages, CTaskAcumProduct.
 template <class OutT, class InT>
-requires ZUMCorrPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMConv(const ZUMImage<InT>& image,
-                                                                  const ZUMKernel<OutT>& kernel);
+requires ZUMCorrPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMConv(const ZUMImage<InT>& image,
+                                              const ZUMKernel<OutT>& kernel);
 template <class OutT, class InT>
-requires ZUMCorrPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMCorr(const ZUMImage<InT>& image,
-                                                                  const ZUMKernel<OutT>& kernel);
+requires ZUMCorrPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMCorr(const ZUMImage<InT>& image,
+                                              const ZUMKernel<OutT>& kernel);

@@ -14,7 +14,7 @@
 
 namespace {
 
-using zuml_detail::ValueAt;
+using zuml_detail::NumberAt;
 
 // The type that a weight and a pixel are multiplied in: the output's, unless floating pixels would
 // lose their fractions, or doubles their precision.
@@ -84,7 +84,7 @@ class CTaskConvEx2 final : public XQTask {
         r[i] = ZUMTruncate<OutT>(static_cast<double>(sum));
       }
     } else {
-      for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, ValueAt(s, i)));
+      for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
     }
   }
 };
@@ -105,7 +105,7 @@ requires ZUMConvPixels<OutT, InT> ZUMImage<OutT> ZUMConvEx(const ZUMImage<InT>& 
     }
   }
   using Task = CTaskConvEx2<OutT, InT>;
-  return RunTasks<Task, OutT>(image, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, OutT>(image, image.GetCSz(), [&](Task& task) {
     task.source = &image;
     task.translations = &translations;
     task.weights = &weights;
@@ -167,7 +167,7 @@ OutT SumWeights(const Line<OutT>& line, Range range) {
 // r += w s along a row.
 template <class OutT, class InT>
 void AddRow(OutT* r, const InT* s, int n, OutT w) {
-  for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, ValueAt(s, i)));
+  for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
 }
 
 template <class OutT, class InT>
@@ -205,7 +205,7 @@ void DeriveAlongX(const ZUMImage<OutT>& result, const ZUMImage<InT>& image,
         OutT sum = 0;
         for (int j = range.first; j <= range.last; ++j) {
           sum = ZUMWrapAdd(sum, Multiply(line.weights[static_cast<std::size_t>(j)],
-                                         ValueAt(s, i + line.begin + j)));
+                                         NumberAt(s, i + line.begin + j)));
         }
         r[i] = Divide(sum, SumWeights(line, range));
       }
@@ -217,7 +217,7 @@ void DeriveAlongX(const ZUMImage<OutT>& result, const ZUMImage<InT>& image,
   const int first = std::clamp(line.begin, -length, length);
   const int last = std::clamp(line.begin + line.Last(), -length, length);
   const int before = std::max(0, -first), after = std::max(0, last);
-  using Number = decltype(ValueAt(static_cast<const InT*>(nullptr), 0));
+  using Number = decltype(NumberAt(static_cast<const InT*>(nullptr), 0));
   const auto padded = zuml_detail::MakeScratch<Number>(static_cast<std::size_t>(before) +
                                                        static_cast<std::size_t>(length + after));
   Number* const middle = padded.get() + before;

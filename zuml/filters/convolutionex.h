@@ -21,8 +21,9 @@
 ///
 /// Throws XQException "ZUMConvEx: Multichannel kernels are not allowed". Tasks: CTaskConvEx2.
 template <class OutT, class InT>
-requires ZUMConvPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMConvEx(const ZUMImage<InT>& image,
-                                                                    const ZUMImage<OutT>& kernel);
+requires ZUMConvPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMConvEx(const ZUMImage<InT>& image,
+                                                const ZUMImage<OutT>& kernel);
 
 /// Correlation with a kernel along Y or X over the source's whole region, for derivatives: a kernel
 /// whose region lies at X = 0 is one along Y, otherwise one that lies at Y = 0 is along X. With the
@@ -43,5 +44,6 @@ requires ZUMConvPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMConvEx(const ZUMIma
 /// kernels are not allowed", "ZUMDeriveEx: Only accepts unidimensional kernels". Runs on the
 /// calling thread.
 template <class OutT, class InT>
-requires ZUMCorrPixels<OutT, InT> ZUML_API ZUMImage<OutT> ZUMDeriveEx(const ZUMImage<InT>& image,
-                                                                      const ZUMImage<OutT>& kernel);
+requires ZUMCorrPixels<OutT, InT>
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDeriveEx(const ZUMImage<InT>& image,
+                                                  const ZUMImage<OutT>& kernel);

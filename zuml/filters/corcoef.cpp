@@ -5,9 +5,9 @@
 #include <cstddef>
 
 #include "zuml/algebra/arithmetic.h"
-#include "zuml/algebra/detail/pointwise.h"
 #include "zuml/algebra/functions.h"
 #include "zuml/algebra/statistics.h"
+#include "zuml/core/detail/pointwise.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/filters/boxsum.h"
@@ -24,7 +24,7 @@ class CTaskCorCoef final : public XQTask {
   double n, mean, deviation;          // of the pattern; the deviation is not divided by n
 
   void Run() override {
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [this](double* r, const double* a, const double* b, const double* p, std::ptrdiff_t count) {
           for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -70,7 +70,7 @@ ZUMImage<ZUMReal> ZUMCorCoef(const ZUMImage<PixT>& image, const ZUMImage<PixT>& 
   // The convolution adds the channels up, or gives each of the pattern; the sums keep the image's.
   zuml_detail::RequireSameChannels("operator-", products, sums);
   using Task = CTaskCorCoef;
-  return RunTasks<Task, ZUMReal>(sums, sums.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, ZUMReal>(sums, sums.GetCSz(), [&](Task& task) {
     task.sums = &sums;
     task.squares = &squares;
     task.products = &products;

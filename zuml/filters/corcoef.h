@@ -18,4 +18,5 @@
 /// XQException "operator-: Diferent number of channels %d!=%d", or what ZUMConv throws. Tasks:
 /// those of ZUMSum and ZUMConv, and CTaskCorCoef.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMCorCoef(const ZUMImage<PixT>& image, const ZUMImage<PixT>& pattern);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMCorCoef(const ZUMImage<PixT>& image,
+                                                    const ZUMImage<PixT>& pattern);

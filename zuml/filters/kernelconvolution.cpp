@@ -90,7 +90,7 @@ ZUMImage<OutT> RunStage(const ZUMImage<InT>& image, const ZUMSubKernel<OutT>& st
   using Task = CTaskConv<OutT, InT>;
   if (stage.GetCSz() == 1) {
     const Terms<OutT> terms = MakeTerms(image, stage, 0, sign);
-    return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+    return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
       task.source = &image;
       task.terms = &terms;
     });
@@ -106,13 +106,13 @@ ZUMImage<OutT> RunStage(const ZUMImage<InT>& image, const ZUMSubKernel<OutT>& st
     task.source = &operands.source;
     task.terms = &operands.terms;
   };
-  if (!one) return RunTasksPerChannel<Task, OutT>(rod, stage.GetCSz(), make, give);
+  if (!one) return ZUMRunTasksPerChannel<Task, OutT>(rod, stage.GetCSz(), make, give);
 
-  const ZUMImage<OutT> result = RunTasksPerChannel<Task, OutT>(rod, 1, make, give);
+  const ZUMImage<OutT> result = ZUMRunTasksPerChannel<Task, OutT>(rod, 1, make, give);
   CTaskAcumProduct<OutT, InT> tasks[ZUMMaxTasks];
   for (int c = 1; c < stage.GetCSz(); ++c) {
     const Operands operands = make(c);
-    RunPass(tasks, rod, 1, [&](auto& task) {
+    ZUMRunPass(tasks, rod, 1, [&](auto& task) {
       task.result = &result;
       give(task, operands);
     });
@@ -145,12 +145,12 @@ ZUMImage<OutT> RunChain(const char* operation, const ZUMImage<InT>& image,
       const Terms<OutT> first = MakeTerms(image, front, 0, sign);
       const Terms<OutT> second = MakeTerms(image, next, 0, sign);
       using Task = CTaskConvStages<OutT, InT>;
-      result = RunTasks<Task, OutT>(MakeRegion(MakeRegion(image, front, sign), next, sign),
-                                    channels, [&](Task& task) {
-                                      task.source = &image;
-                                      task.first = &first;
-                                      task.second = &second;
-                                    });
+      result = ZUMRunTasks<Task, OutT>(MakeRegion(MakeRegion(image, front, sign), next, sign),
+                                       channels, [&](Task& task) {
+                                         task.source = &image;
+                                         task.first = &first;
+                                         task.second = &second;
+                                       });
     } else {
       result = RunStage(image, front, sign, one);
     }

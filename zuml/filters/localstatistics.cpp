@@ -42,7 +42,7 @@ class CTaskLocalStatistics final : public XQTask {
   double n;
 
   void Run() override {
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [this](double* r, const OutT* a, const OutT* b, std::ptrdiff_t count) {
           for (std::ptrdiff_t i = 0; i < count; ++i) {
@@ -93,7 +93,7 @@ ZUMImage<ZUMReal> RunMeasure(const ZUMImage<PixT>& image, const Weights& weights
   const auto squares = kMeasure == Measure::kMean ? sums : SumUnder(ZUMSqr<Square>(image), weights);
   const double n = TotalOf(weights);
   using Task = CTaskLocalStatistics<typename decltype(sums)::PixelType, kMeasure>;
-  return RunTasks<Task, ZUMReal>(sums, sums.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, ZUMReal>(sums, sums.GetCSz(), [&](Task& task) {
     task.sums = &sums;
     task.squares = &squares;
     task.n = n;

@@ -22,43 +22,49 @@
 #include "zuml/core/zumkernel.h"
 
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image,
+                                                 const ZUMImage<ZUMBool>& mask);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image, const ZUMImage<ZUMLong>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image,
+                                                 const ZUMImage<ZUMLong>& weights);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image, const ZUMImage<ZUMReal>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image,
+                                                 const ZUMImage<ZUMReal>& weights);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image, const ZUMKernel<ZUMLong>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image,
+                                                 const ZUMKernel<ZUMLong>& kernel);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image, const ZUMKernel<ZUMReal>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMMean(const ZUMImage<PixT>& image,
+                                                 const ZUMKernel<ZUMReal>& kernel);
 
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
-                                           const ZUMImage<ZUMBool>& mask);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
+                                                         const ZUMImage<ZUMBool>& mask);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
-                                           const ZUMImage<ZUMLong>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
+                                                         const ZUMImage<ZUMLong>& weights);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
-                                           const ZUMImage<ZUMReal>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
+                                                         const ZUMImage<ZUMReal>& weights);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
-                                           const ZUMKernel<ZUMLong>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
+                                                         const ZUMKernel<ZUMLong>& kernel);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
-                                           const ZUMKernel<ZUMReal>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMStdDeviation(const ZUMImage<PixT>& image,
+                                                         const ZUMKernel<ZUMReal>& kernel);
 
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
+                                                     const ZUMImage<ZUMBool>& mask);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
-                                       const ZUMImage<ZUMLong>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
+                                                     const ZUMImage<ZUMLong>& weights);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
-                                       const ZUMImage<ZUMReal>& weights);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
+                                                     const ZUMImage<ZUMReal>& weights);
 template <ZUMDiscretePixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
-                                       const ZUMKernel<ZUMLong>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
+                                                     const ZUMKernel<ZUMLong>& kernel);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
-                                       const ZUMKernel<ZUMReal>& kernel);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMVariance(const ZUMImage<PixT>& image,
+                                                     const ZUMKernel<ZUMReal>& kernel);

@@ -3,17 +3,17 @@
 #include <algorithm>
 #include <cstddef>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/boxsum.h"
-#include "zuml/filters/detail/kernelregion.h"
 #include "zuml/filters/detail/rowband.h"
 
 using zuml_detail::MakeDirectRegion;
-using zuml_detail::ValueAt;
+using zuml_detail::NumberAt;
 
 namespace {
 
@@ -29,13 +29,13 @@ class SumMaskedTask : public XQTask {
   OutT value;
 
   void Run() override {
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [this](OutT* r, const InT* s, const bool* m, std::ptrdiff_t n) {
           for (std::ptrdiff_t i = 0; i < n;) {
             const std::ptrdiff_t begin = i;
-            const bool inside = ValueAt(m, i);
-            while (i < n && ValueAt(m, i) == inside) ++i;
+            const bool inside = NumberAt(m, i);
+            while (i < n && NumberAt(m, i) == inside) ++i;
             inside ? Sum(r + begin, s + begin, i - begin)
                    : static_cast<void>(std::fill_n(r + begin, i - begin, value));
           }
@@ -49,13 +49,13 @@ class SumMaskedTask : public XQTask {
     for (const long long step : *added) {
       const InT* p = s + step;
       for (std::ptrdiff_t i = 0; i < n; ++i) {
-        r[i] = ZUMWrapAdd(r[i], static_cast<OutT>(ValueAt(p, i)));
+        r[i] = ZUMWrapAdd(r[i], static_cast<OutT>(NumberAt(p, i)));
       }
     }
     for (const long long step : *subtracted) {
       const InT* p = s + step;
       for (std::ptrdiff_t i = 0; i < n; ++i) {
-        r[i] = ZUMWrapSub(r[i], static_cast<OutT>(ValueAt(p, i)));
+        r[i] = ZUMWrapSub(r[i], static_cast<OutT>(NumberAt(p, i)));
       }
     }
   }
@@ -80,12 +80,12 @@ requires ZUMSumPixels<OutT, InT> &&
     throw XQException(
         "ZUMSumMasked: It don't allows image and mask with different number of channels");
   }
-  const ZUMRoDRef rod = Intersection(MakeDirectRegion(image, kernel), mask);
+  const ZUMRoDRef rod = Intersection(MakeDirectRegion(image, kernel.Rect()), mask);
   ZUMDisplacementArray added, subtracted;
   added.FromNonZeroPixels(image, kernel.Channel(0));
   if (n == 2) subtracted.FromNonZeroPixels(image, kernel.Channel(1));
   const auto run = [&]<class Task>(const Task*) {
-    return RunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+    return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
       task.source = &image;
       task.mask = &mask;
       task.added = &added;
@@ -103,12 +103,12 @@ requires ZUMSumPixels<OutT, InT> && ZUMGreyPixel<InT> ZUMImage<OutT> ZUMSumThr(
   if (mask.GetCSz() != 1) throw XQException("ZUMSumThr only allows a mask with one channel");
   // Under a mask away from the origin, the region would leave the threshold's.
   const ZUMRoDRef rod =
-      Intersection(MakeDirectRegion(Intersection(image, threshold), mask), threshold);
+      Intersection(MakeDirectRegion(Intersection(image, threshold), mask.Rect()), threshold);
   ZUMDisplacementArray steps;
   steps.FromNonZeroPixels(image, mask);
   const ZUMImage<OutT> result(rod, image.GetCSz(), nullptr);
   for (int c = 0; c < image.GetCSz(); ++c) {
-    ForEachRun(
+    ZUMForEachRun(
         rod,
         [&](OutT* r, const InT* s, const InT* limit, std::ptrdiff_t n) {
           std::fill_n(r, n, OutT());

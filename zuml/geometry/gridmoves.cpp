@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <typeinfo>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
 #include "zuml/core/zumsweep.h"
@@ -110,7 +111,7 @@ ZUMImage<P> ZUMRotateZ(const ZUMImage<P>& image, int angle) {
 
 template <ZUMValuePixel P>
 ZUMImage<P> ZUMTranspose(const ZUMImage<P>& image) {
-  if (typeid(image.RoD()) != typeid(ZUMRoDRect)) {
+  if (!zuml_detail::IsBox(image)) {
     throw XQException("ZUMTranspose: it only allows images with rectangular RoD");
   }
   ZUMRect box = image.Rect();

@@ -6,8 +6,9 @@
 #include <limits>
 #include <typeinfo>
 
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/pixelarith.h"
-#include "zuml/core/storedpixel.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
@@ -142,16 +143,11 @@ namespace {
 
 template <class Task, class P>
 ZUMImage<P> RunBinning(const ZUMImage<P>& image, const ZUMRoDRef& rod, int nx, int ny) {
-  return RunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.nx = nx;
     task.ny = ny;
   });
-}
-
-bool IsRectangular(const ZUMRoDRef& rod) {
-  const ZUMRegionOfDefinition& region = rod.RoD();
-  return typeid(region) == typeid(ZUMRoDRect);
 }
 
 }  // namespace
@@ -159,7 +155,7 @@ bool IsRectangular(const ZUMRoDRef& rod) {
 template <ZUMNumericPixel P>
 ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny) {
   if (nx < 1 || ny < 1) throw XQException("Solo puede hacerse binning para números positivos");
-  if (!IsRectangular(image)) {
+  if (!zuml_detail::IsBox(image)) {
     throw XQException("Solo puede hacerse binning NxN para rectangulares");
   }
   if (nx > image.RoDXSz()) {
@@ -232,7 +228,7 @@ int ZoomCoordinate(int a, int n) {
 
 template <class Task, class P>
 ZUMImage<P> RunZoom(const ZUMImage<P>& image, const ZUMRoDRef& rod, int nx, int ny) {
-  return RunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.nx = nx;
     task.ny = ny;
@@ -253,7 +249,8 @@ class CTaskZoom2DNxN final : public Zoom<P, 0> {};
 template <ZUMOrderedPixel P>
 ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny) {
   if (nx < 1 || ny < 1) throw XQException("Solo puede hacerse zoom para números positivos");
-  if (!IsRectangular(image)) throw XQException("Solo puede hacerse zoom NxN para rectangulares");
+  if (!zuml_detail::IsBox(image))
+    throw XQException("Solo puede hacerse zoom NxN para rectangulares");
   if (nx == 1 && ny == 1) return image;
   const ZUMRoDRef rod(ZoomCoordinate(image.BeginX(), nx), ZoomCoordinate(image.BeginY(), ny),
                       image.BeginZ(), image.BeginT(), ZoomCoordinate(image.EndX() + 1, nx) - 1,

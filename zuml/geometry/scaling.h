@@ -18,7 +18,7 @@
 /// ancho mayor o igual que N", "Solo puede hacerse binning NxN para imágenes con alto mayor o igual
 /// que N". Tasks: CTaskBinning2D2x2, CTaskBinning2D3x3, CTaskBinning2DNxN.
 template <ZUMNumericPixel P>
-ZUML_API ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny);
 
 /// The image with each pixel repeated nx x ny times: the pixel (x, y) fills (nx x, ny y) to
 /// (nx x + nx - 1, ny y + ny - 1). nx = ny = 1 shares the image.
@@ -26,7 +26,7 @@ ZUML_API ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny);
 /// Throws XQException "Solo puede hacerse zoom para números positivos" or "Solo puede hacerse zoom
 /// NxN para rectangulares". Tasks: CTaskZoom2D2x2, CTaskZoom2D3x3, CTaskZoom2DNxN.
 template <ZUMOrderedPixel P>
-ZUML_API ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny);
 
 /// One field of an interlaced frame. Fields 0 and 1: the even or the odd rows, counted from the
 /// first; 2 and 3: the same with the means of pairs of pixels along X; 4 and 5: as 0 and 1 with
@@ -39,4 +39,4 @@ ZUML_API ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny);
 /// Throws XQException "ZUMInterlacedField only allows 2D images" or "ZUMInterlacedField: Fields
 /// allowed are 0 (odd lines), 1 (even lines)". Runs in the caller's thread.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMInterlacedField(const ZUMImage<P>& image, int field);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMInterlacedField(const ZUMImage<P>& image, int field);

@@ -20,14 +20,16 @@ enum ZUMInterpolation : int { ZUMInterpolationNearest = 0, ZUMInterpolationLinea
 /// Throws XQException "ZUMWarpAffine2D: Unknown interpolation method". Tasks:
 /// CTaskWarpAffine2DNearest, CTaskWarpAffine2DLinear.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image, const ZUMRoDRef& target,
-                                     const double (&M)[2][3], ZUMInterpolation interpolation,
-                                     std::type_identity_t<P> default_value);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image,
+                                                   const ZUMRoDRef& target, const double (&M)[2][3],
+                                                   ZUMInterpolation interpolation,
+                                                   std::type_identity_t<P> default_value);
 /// The same with the first two rows of three elements of a matrix.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image, const ZUMRoDRef& target, XQMatrix& M,
-                                     ZUMInterpolation interpolation,
-                                     std::type_identity_t<P> default_value);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image,
+                                                   const ZUMRoDRef& target, XQMatrix& M,
+                                                   ZUMInterpolation interpolation,
+                                                   std::type_identity_t<P> default_value);
 
 /// The same with sx = Q[0][0] x^2 + Q[0][1] x y + Q[0][2] y^2 + Q[0][3] x + Q[0][4] y + Q[0][5] and
 /// sy likewise from Q[1], each coefficient times its product of coordinates. Source pixels are
@@ -36,9 +38,10 @@ ZUML_API ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image, const ZUMRoDRef& 
 /// - 1) - value(x0)) (sx - x0). Throws XQException "ZUMWarp2D: Unknown interpolation method". Runs
 /// in the caller's thread.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMWarp2D(const ZUMImage<P>& image, const ZUMRoDRef& target,
-                               const double (&Q)[2][6], ZUMInterpolation interpolation,
-                               std::type_identity_t<P> default_value);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMWarp2D(const ZUMImage<P>& image, const ZUMRoDRef& target,
+                                             const double (&Q)[2][6],
+                                             ZUMInterpolation interpolation,
+                                             std::type_identity_t<P> default_value);
 
 /// The polar image around a centre: X is the angle index, Y the radius; the region is (0,0,0,0) to
 /// (N, radius, 0, 0), N = 2 pi / step + 0.5 cut toward zero, so that the last column repeats about
@@ -46,23 +49,25 @@ ZUML_API ZUMImage<P> ZUMWarp2D(const ZUMImage<P>& image, const ZUMRoDRef& target
 /// step not above 0 stands for 1 / radius. Throws XQException "ZUMCartesianToPolarIm: Unknown
 /// interpolation method". Runs in the caller's thread.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMCartesianToPolarIm(const ZUMImage<P>& image,
-                                           const ZUMBasePoint<int>& centre, int radius, double step,
-                                           ZUMInterpolation interpolation,
-                                           std::type_identity_t<P> default_value);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMCartesianToPolarIm(const ZUMImage<P>& image,
+                                                         const ZUMBasePoint<int>& centre,
+                                                         int radius, double step,
+                                                         ZUMInterpolation interpolation,
+                                                         std::type_identity_t<P> default_value);
 
 /// The way back: over (-R, -R, 0, 0) to (R, R, 0, 0) with R the polar image's EndY, the source of
 /// (x, y) is column (atan2(-y, -x) + pi) / step, row sqrt(x^2 + y^2). A step not above 0 stands for
 /// 2 pi / EndX. Throws XQException "ZUMPolarToCartesianIm: Unknown interpolation method". Runs in
 /// the caller's thread.
 template <ZUMScalarPixel P>
-ZUML_API ZUMImage<P> ZUMPolarToCartesianIm(const ZUMImage<P>& polar, double step,
-                                           ZUMInterpolation interpolation,
-                                           std::type_identity_t<P> default_value);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMPolarToCartesianIm(const ZUMImage<P>& polar, double step,
+                                                         ZUMInterpolation interpolation,
+                                                         std::type_identity_t<P> default_value);
 
 /// Columns by table: result(x, y, z, t, c) = image(LUTX(x), y, z, t, c), over the table's X and the
 /// image's Y, Z and T. The table is a row of one channel at Y, Z, T 0; its values must be columns
 /// of the image's raster. Throws XQException "ZUMWarpXLut: Dimensions of LUTX are not accepted".
 /// Tasks: CTaskWarpXLut.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<P> ZUMWarpXLut(const ZUMImage<P>& image, const ZUMImage<ZUMLong>& LUTX);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMWarpXLut(const ZUMImage<P>& image,
+                                               const ZUMImage<ZUMLong>& LUTX);

@@ -9,7 +9,8 @@
 #include <typeinfo>
 #include <vector>
 
-#include "zuml/core/storedpixel.h"
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumsweep.h"
@@ -141,8 +142,7 @@ class WarpAffineBase : public XQTask {
   template <class Rule>
   void Warp(const Rule& rule) const {
     const ZUMRect box = image->Rect();
-    const bool bounded =
-        tables->IsMonotone() && typeid(image->RoD()) == typeid(ZUMRoDRect) && !image->EmptyP();
+    const bool bounded = tables->IsMonotone() && zuml_detail::IsBox(*image) && !image->EmptyP();
     for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
       P* to = static_cast<P*>(sweep.GetStart1());
       const int n = static_cast<int>(static_cast<P*>(sweep.GetEnd1()) - to) + 1;
@@ -259,7 +259,7 @@ namespace {
 template <class Task, class P>
 ZUMImage<P> RunWarpAffine(const ZUMImage<P>& image, const ZUMRoDRef& target,
                           const AffineTables& tables, P default_value) {
-  return RunTasks<Task, P>(target, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, P>(target, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.tables = &tables;
     task.default_value = default_value;
@@ -321,7 +321,7 @@ ZUMImage<P> ZUMWarpXLut(const ZUMImage<P>& image, const ZUMImage<ZUMLong>& LUTX)
   ZUMRect box = image.Rect();
   box.begin.x = lut.begin.x;
   box.end.x = image.EmptyP() ? lut.begin.x - 1 : lut.end.x;
-  return RunTasks<CTaskWarpXLut<P>, P>(ZUMRoDRef(box), image.GetCSz(), [&](auto& task) {
+  return ZUMRunTasks<CTaskWarpXLut<P>, P>(ZUMRoDRef(box), image.GetCSz(), [&](auto& task) {
     task.image = &image;
     task.lut = &LUTX;
   });

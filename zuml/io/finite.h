@@ -8,10 +8,10 @@
 // that decides.
 
 /// Whether a pixel is +infinity or -infinity; false for an image without pixels.
-ZUML_API bool ZUMImageHasInf(const ZUMImage<ZUMReal>& image);
+[[nodiscard]] ZUML_API bool ZUMImageHasInf(const ZUMImage<ZUMReal>& image);
 
 /// Whether a pixel is a NaN, quiet or signalling; false for an image without pixels.
-ZUML_API bool ZUMImageHasNaN(const ZUMImage<ZUMReal>& image);
+[[nodiscard]] ZUML_API bool ZUMImageHasNaN(const ZUMImage<ZUMReal>& image);
 
 /// Whether no pixel is infinite or a NaN; true for an image without pixels.
-ZUML_API bool ZUMImageIsFinite(const ZUMImage<ZUMReal>& image);
+[[nodiscard]] ZUML_API bool ZUMImageIsFinite(const ZUMImage<ZUMReal>& image);

@@ -26,4 +26,4 @@ ZUML_API void ZUMWriteJPEG(const ZUMImage<ZUMByte>& image, const char* path, int
 /// 64 MiB whose file has less than a 2048th of its bytes, and "ReadJPEG: more than %d scans" for a
 /// progressive file of more than 100 passes, or 20 over a picture of more than 64 MiB. The codec's
 /// own errors are as for ZUMWriteJPEG.
-ZUML_API ZUMImage<ZUMByte> ZUMReadJPEG(const char* path);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadJPEG(const char* path);

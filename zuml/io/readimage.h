@@ -12,4 +12,4 @@
 /// Throws XQException "ZUMReadImage: Image file extension not recognized %s" with the extension in
 /// small letters, "Type Error on construction ZUMImage<ZUMByte>" if a ZMG or TIFF file holds other
 /// pixels than bytes, since pixels are not converted, and what the readers throw.
-ZUML_API ZUMImage<ZUMByte> ZUMReadImage(const char* path);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadImage(const char* path);

@@ -26,4 +26,4 @@ ZUML_API void ZUMWriteBMP(const ZUMImage<ZUMByte>& image, const char* path);
 /// fields in the diagnostics, "ZUMReadBMP: \"%s\": %d x %d pixels with %d channels are beyond the
 /// limits", and "ZUMReadBMP: \"%s\" is too short for %d x %d pixels with %d channels", where the
 /// file has less than a sixteenth of the bytes of a picture of more than 64 MiB.
-ZUML_API ZUMImage<ZUMByte> ZUMReadBMP(const char* path);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadBMP(const char* path);

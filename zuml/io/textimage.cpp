@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
 #include "zuml/io/detail/files.h"
@@ -99,7 +100,7 @@ void ZUMWriteTxtImage(const ZUMImage<ZUMReal>& image, const char* path) {
   if (image.GetCSz() != 1) {
     throw XQException("ZUMWriteTxtImage: It don't accept multichannel images");
   }
-  if (!dynamic_cast<const ZUMRoDRect*>(&image.RoD())) {
+  if (!zuml_detail::IsBox(image)) {
     throw XQException("ZUMWriteTxtImage: It olny accepts rectagular images");
   }
   FileHandle file = zuml_detail::OpenFile(path, "w");

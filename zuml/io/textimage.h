@@ -23,4 +23,4 @@ ZUML_API void ZUMWriteTxtImage(const ZUMImage<ZUMReal>& image, const char* path)
 /// number of more than 256 characters, "Error al leer imagen Txt por filas de diferente longitud
 /// %s" for a row that is not as long as the first, "GetFront: List empty" for a file without a
 /// number, and "ZUMReadTxtImage: the image of %s is beyond the limits".
-ZUML_API ZUMImage<ZUMReal> ZUMReadTxtImage(const char* path);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMReadTxtImage(const char* path);

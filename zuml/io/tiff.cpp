@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/io/detail/interleave.h"
@@ -66,7 +67,7 @@ class ChannelRows {
   explicit ChannelRows(const ZUMGenericImage& image)
       : image_(image),
         plane_(zuml_detail::GetFlatPlane(image)),
-        box_(dynamic_cast<const ZUMRoDRect*>(&image.RoD()) != nullptr),
+        box_(zuml_detail::IsBox(image)),
         pixel_bytes_(static_cast<std::size_t>(image.GetPixSz())),
         buffer_(MakeZeroedScratch<unsigned char>(static_cast<std::size_t>(image.RoDXSz()) *
                                                  pixel_bytes_)) {}

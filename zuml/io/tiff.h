@@ -30,7 +30,7 @@ ZUML_API void ZUMWriteByteTIFF(const ZUMImage<ZUMByte>& image, const char* path)
 /// picture that takes 2 GiB with 4 bytes a pixel, and "ZUMReadByteTIFF: \"%s\" is too short for
 /// %lld x %lld pixels with %d channels" and "ZUMReadByteTIFF: the parts of \"%s\" overlap" as
 /// ZUMReadTIFF does.
-ZUML_API ZUMImage<ZUMByte> ZUMReadByteTIFF(const char* path);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadByteTIFF(const char* path);
 
 /// Writes an image of one plane and 1 or 3 channels, of any pixel type but complex and pointer:
 /// bool and byte as 8 bits unsigned (bool as 0 and 1), short and long as 16 and 32 bits signed,
@@ -73,4 +73,4 @@ ZUML_API void ZUMWriteTIFF(const ZUMGenericImage& image, const char* path);
 ///     64 MiB and 16 times the file
 ///   - "ZUMReadTIFF: the samples of \"%s\" do not lie pixel by pixel", for subsampled colours
 /// Whatever is thrown behind the opening, the message box "Excepcion" is shown first.
-ZUML_API ZUMGenericImage ZUMReadTIFF(const char* path);
+[[nodiscard]] ZUML_API ZUMGenericImage ZUMReadTIFF(const char* path);

@@ -8,6 +8,7 @@
 #include <typeinfo>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/typenames.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
@@ -37,7 +38,7 @@ void WriteFields(std::ostream& stream, std::initializer_list<std::int32_t> field
 }
 
 void WriteRegion(const ZUMRegionOfDefinition& rod, std::ostream& stream) {
-  if (!dynamic_cast<const ZUMRoDRect*>(&rod)) {
+  if (!zuml_detail::IsBox(rod)) {
     throw XQException("ZUMRegionOfDefinitionWrite for %s not yet implemeted",
                       zuml_detail::TypeName(typeid(rod)).c_str());
   }

@@ -41,7 +41,7 @@ ZUML_API void ZUMWriteZMG(const ZUMGenericImage& image, const char* path, bool w
 /// A stream that ends early gives no message otherwise: missing pixels are 0, and a header that is
 /// cut behind the region's name gives an image without pixels. Bytes other than 0 of a ZUMBool
 /// image are read as 1.
-ZUML_API ZUMGenericImage ZUMReadZMG(std::istream& stream);
+[[nodiscard]] ZUML_API ZUMGenericImage ZUMReadZMG(std::istream& stream);
 
 /// The same from a file. Throws XQException "ZUMReadZMG: Error opening file %s".
-ZUML_API ZUMGenericImage ZUMReadZMG(const char* path);
+[[nodiscard]] ZUML_API ZUMGenericImage ZUMReadZMG(const char* path);

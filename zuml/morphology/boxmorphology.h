@@ -23,27 +23,27 @@
 /// The greatest pixel under the mirrored box. Throws XQException "ZUMDilate: empty rectangle is not
 /// allowed" where lo is above hi.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMDilate(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilate(const ZUMImage<PixT>& image, const ZUMRect& box);
 /// The least pixel under the mirrored box, which has to hold the origin. Throws XQException
 /// "ZUMErode: empty rectangle is not allowed or origin is out of rectange".
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMErode(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMErode(const ZUMImage<PixT>& image, const ZUMRect& box);
 /// The greatest pixel under the direct box, which has to hold the origin. Throws XQException
 /// "ZUMMinAdd: empty rectangle is not allowed or origin is out of rectange".
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinAdd(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinAdd(const ZUMImage<PixT>& image, const ZUMRect& box);
 /// The least pixel under the direct box, which has to hold the origin. Throws XQException
 /// "ZUMMinSub: empty rectangle is not allowed or origin is out of rectange".
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinSub(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinSub(const ZUMImage<PixT>& image, const ZUMRect& box);
 
 /// The same over the source's region. The errors have the names of these functions, but for that
 /// of ZUMErodeEx, which is "ZUMErode: empty rectangle is not allowed or origin is out of rectange".
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMDilateEx(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilateEx(const ZUMImage<PixT>& image, const ZUMRect& box);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMErodeEx(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMErodeEx(const ZUMImage<PixT>& image, const ZUMRect& box);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinAddEx(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinAddEx(const ZUMImage<PixT>& image, const ZUMRect& box);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinSubEx(const ZUMImage<PixT>& image, const ZUMRect& box);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinSubEx(const ZUMImage<PixT>& image, const ZUMRect& box);

@@ -85,7 +85,7 @@ ZUMImage<R> ZUMMaxL1Diff(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& elem
 template <std::same_as<ZUMReal> R, ZUMScalarPixel P>
 ZUMImage<R> ZUMMaxL2Diff(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element) {
   const ZUMImage<R> squares = FindGreatestDistances<DistanceL2, R>("ZUMMaxL2Diff", image, element);
-  ForEachRun(
+  ZUMForEachRun(
       squares,
       [](R* pixels, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) pixels[i] = std::sqrt(pixels[i]);

@@ -18,6 +18,8 @@
 /// mínimo un pixel". Run in the caller's thread; the cost is one step for each pixel of the
 /// element.
 template <class OutT, ZUMWidensTo<OutT> InT>
-ZUML_API ZUMImage<OutT> ZUMMaxL1Diff(const ZUMImage<InT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMMaxL1Diff(const ZUMImage<InT>& image,
+                                                   const ZUMImage<ZUMBool>& element);
 template <std::same_as<ZUMReal> OutT, ZUMScalarPixel InT>
-ZUML_API ZUMImage<OutT> ZUMMaxL2Diff(const ZUMImage<InT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMMaxL2Diff(const ZUMImage<InT>& image,
+                                                   const ZUMImage<ZUMBool>& element);

@@ -198,7 +198,7 @@ ZUMImage<ZUMReal> AccumulateMaxima(const char* operation, const ZUMImage<ZUMReal
   ZUMDisplacementValueArray<ZUMLong>().SymmetricFromNonZeroPixels(image, element);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), Direction::kMirrored);
   const Sectors sectors(image, element, Direction::kMirrored);
-  return RunTasks<CTaskDilateWMAcum, ZUMReal>(rod, image.GetCSz(), [&](CTaskDilateWMAcum& task) {
+  return ZUMRunTasks<CTaskDilateWMAcum, ZUMReal>(rod, image.GetCSz(), [&](CTaskDilateWMAcum& task) {
     task.image = &image;
     task.sectors = &sectors;
     task.half_window = std::max(half_window, 0);
@@ -241,7 +241,7 @@ ZUMImage<ZUMReal> ZUMDilateGradAcum(const ZUMImage<ZUMReal>& gradient,
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(gradient, element.Rect(), Direction::kMirrored);
   const ZUMImage<ZUMReal> source = WidenToReach(gradient, rod, element.Rect());
   const Sectors sectors(source, element, Direction::kDirect);
-  return RunTasks<CTaskDilateGradAcum, ZUMReal>(rod, 1, [&](CTaskDilateGradAcum& task) {
+  return ZUMRunTasks<CTaskDilateGradAcum, ZUMReal>(rod, 1, [&](CTaskDilateGradAcum& task) {
     task.gradient = &source;
     task.sectors = &sectors;
   });

@@ -20,12 +20,13 @@
 /// half_window to i + half_window, around the circle. M[i] is divided by |D[i] - W[i]| / max(W[i],
 /// 1) * gain + 1, and the result is the median of the quotients. Of n values, the median is the one
 /// at (n - 1) / 2 in ascending order. Tasks: CTaskDilateWMAcum.
-ZUML_API ZUMImage<ZUMReal> ZUMDilateWMAcum(const ZUMImage<ZUMReal>& image,
-                                           const ZUMImage<ZUMLong>& element, int half_window,
-                                           double gain);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMDilateWMAcum(const ZUMImage<ZUMReal>& image,
+                                                         const ZUMImage<ZUMLong>& element,
+                                                         int half_window, double gain);
 /// The same with a gain of 1.
-ZUML_API ZUMImage<ZUMReal> ZUMDilateWMAcum2(const ZUMImage<ZUMReal>& image,
-                                            const ZUMImage<ZUMLong>& element, int half_window);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMDilateWMAcum2(const ZUMImage<ZUMReal>& image,
+                                                          const ZUMImage<ZUMLong>& element,
+                                                          int half_window);
 
 /// How much a gradient field points towards a pixel from all sectors. The gradient has two
 /// channels, X and Y; the element lies in one plane.
@@ -38,5 +39,5 @@ ZUML_API ZUMImage<ZUMReal> ZUMDilateWMAcum2(const ZUMImage<ZUMReal>& image,
 ///
 /// Throws XQException "ZUMDilateGradAcum: it only allows two channels images", also where Z or T of
 /// the element has an extent.
-ZUML_API ZUMImage<ZUMReal> ZUMDilateGradAcum(const ZUMImage<ZUMReal>& gradient,
-                                             const ZUMImage<ZUMLong>& element);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMDilateGradAcum(const ZUMImage<ZUMReal>& gradient,
+                                                           const ZUMImage<ZUMLong>& element);

@@ -79,7 +79,7 @@ ZUMImage<ZUMBool> MakeFramedMask(const ZUMImage<ZUMBool>& mask, const ZUMRoDRef&
   const ZUMRect frame(ZUMBasePoint<int>(-b.x, -b.y, -b.z, -b.t), connectivity.End());
   ZUMImage<ZUMBool> framed(rod, frame, 1, false);
   rod.RoD().DrawOutFrame(framed, frame, false);
-  ForEachRun(
+  ZUMForEachRun(
       Intersection(rod, mask),
       [](ZUMBool* to, const ZUMBool* from, std::ptrdiff_t n) {
         const ZUMByte* bytes = StoredPixels(from);
@@ -102,7 +102,7 @@ ZUMImage<P> ZUMDilateValue(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& ma
     const ZUMImage<ZUMBool> framed =
         MakeFramedMask(mask.Channel(c < mask.GetCSz() ? c : 0), image, connectivity);
     BallFlood<P> flood(channel, framed, connectivity);
-    ForEachRun(
+    ZUMForEachRun(
         image,
         [&](P* to, const P* from, ZUMBool* marks, std::ptrdiff_t n) {
           for (std::ptrdiff_t i = 0; i < n; ++i) {

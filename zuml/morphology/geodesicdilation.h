@@ -18,5 +18,6 @@
 /// Throws XQException "ZUMDilateArea: Dimensions of the connectivity image are not allowed". Runs
 /// in the caller's thread; the cost is the sum of the balls.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMDilateValue(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask,
-                                       const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilateValue(const ZUMImage<PixT>& image,
+                                                     const ZUMImage<ZUMBool>& mask,
+                                                     const ZUMImage<ZUMBool>& connectivity);

@@ -104,7 +104,7 @@ template <class Task, class R, class P>
 ZUMImage<R> SumMaxima(const ZUMImage<P>& image, const ZUMRoDRef& rod,
                       const ZUMImage<ZUMLong>& element) {
   const LabelGroups groups(image, element);
-  return RunTasks<Task, R>(rod, image.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, R>(rod, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.groups = &groups;
   });
@@ -156,7 +156,7 @@ ZUMImage<ZUMLong> ZUMMaxErode(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUM
   const ZUMLong above = ZUMWrapAdd<ZUMLong>((offsets.end() - 1)->value, 1);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), Direction::kDirect);
   const ZUMImage<ZUMLong> result(rod, image.GetCSz(), nullptr);
-  ForEachRun(
+  ZUMForEachRun(
       rod,
       [&](ZUMLong* levels, const ZUMBool* pixels, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) {

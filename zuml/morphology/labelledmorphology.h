@@ -16,20 +16,21 @@
 /// SymmetricFromNonZeroPixels Un elemento estructurante ha de tener como mínimo un pixel" without
 /// the space. Tasks: CTaskDilateSum.
 template <class OutT, ZUMWidensTo<OutT> InT>
-ZUML_API ZUMImage<OutT> ZUMDilateSum(const ZUMImage<InT>& image, const ZUMImage<ZUMLong>& element);
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateSum(const ZUMImage<InT>& image,
+                                                   const ZUMImage<ZUMLong>& element);
 
 /// The same over the source's region: at the border a label counts what it finds, or 0. An element
 /// without a pixel gives zeros. Throws XQException "CTaskDilateAcumEx: Multichannel structuring
 /// elements are not allowed". Tasks: CTaskDilateSumEx.
 template <class OutT, ZUMWidensTo<OutT> InT>
-ZUML_API ZUMImage<OutT> ZUMDilateSumEx(const ZUMImage<InT>& image,
-                                       const ZUMImage<ZUMLong>& element);
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateSumEx(const ZUMImage<InT>& image,
+                                                     const ZUMImage<ZUMLong>& element);
 
 /// ZUMDilateSum, pixel for pixel. Throws XQException "CTaskDilateMedian: Multichannel structuring
 /// elements are not allowed".
 template <class OutT, ZUMWidensTo<OutT> InT>
-ZUML_API ZUMImage<OutT> ZUMDilateMedian(const ZUMImage<InT>& image,
-                                        const ZUMImage<ZUMLong>& element);
+[[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateMedian(const ZUMImage<InT>& image,
+                                                      const ZUMImage<ZUMLong>& element);
 
 /// The least level of the element at which the image is false: how far an erosion by growing
 /// elements can go. Direct. Where all of the element sees true pixels, the element's greatest level
@@ -40,5 +41,5 @@ ZUML_API ZUMImage<OutT> ZUMDilateMedian(const ZUMImage<InT>& image,
 /// the element has one channel and its region holds the origin, and "ZUMDisplacementValueArray<
 /// PixT>::FromNonZeroPixels Un elemento estructurante ha de tener como mínimo un pixel" without the
 /// space.
-ZUML_API ZUMImage<ZUMLong> ZUMMaxErode(const ZUMImage<ZUMBool>& image,
-                                       const ZUMImage<ZUMLong>& element);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMMaxErode(const ZUMImage<ZUMBool>& image,
+                                                     const ZUMImage<ZUMLong>& element);

@@ -33,23 +33,31 @@
 
 /// The greatest pixel under the mirrored element; of a bool image, under the direct element.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMDilate(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilate(const ZUMImage<PixT>& image,
+                                                const ZUMImage<ZUMBool>& element);
 /// The least pixel under the mirrored element; of a bool image, under the direct element.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMErode(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMErode(const ZUMImage<PixT>& image,
+                                               const ZUMImage<ZUMBool>& element);
 /// The greatest pixel under the direct element.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinAdd(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinAdd(const ZUMImage<PixT>& image,
+                                                const ZUMImage<ZUMBool>& element);
 /// The least pixel under the direct element.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinSub(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinSub(const ZUMImage<PixT>& image,
+                                                const ZUMImage<ZUMBool>& element);
 
 /// The same over the source's region: mirrored for all types, and direct.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMDilateEx(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilateEx(const ZUMImage<PixT>& image,
+                                                  const ZUMImage<ZUMBool>& element);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMErodeEx(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMErodeEx(const ZUMImage<PixT>& image,
+                                                 const ZUMImage<ZUMBool>& element);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinAddEx(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinAddEx(const ZUMImage<PixT>& image,
+                                                  const ZUMImage<ZUMBool>& element);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMinSubEx(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinSubEx(const ZUMImage<PixT>& image,
+                                                  const ZUMImage<ZUMBool>& element);

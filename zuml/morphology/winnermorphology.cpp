@@ -144,7 +144,7 @@ ZUMImage<ZUMLong> FindCoords(const char* operation, const ZUMImage<P>& image,
                              const ZUMImage<ZUMBool>& element) {
   zuml_detail::RequireSingleChannelElement(operation, element);
   const auto contest = Contest<P>::template Make<Order>(image, element);
-  return RunTasks<Task, ZUMLong>(image, 4, [&](Task& task) { task.contest = &contest; });
+  return ZUMRunTasks<Task, ZUMLong>(image, 4, [&](Task& task) { task.contest = &contest; });
 }
 
 }  // namespace
@@ -177,7 +177,7 @@ ZUMImage<ZUMReal> ZUMDilateAndDistanceEx(const ZUMImage<ZUMReal>& image,
   std::vector<ZUMReal> distances;
   for (const Step& step : contest.steps) distances.push_back(distance(zuml_detail::Mirror(step)));
   distances.push_back(contest.own ? distance(0) : -90000000.0);
-  return RunTasks<CTaskDilateAndDistanceEx, ZUMReal>(image, 2, [&](auto& task) {
+  return ZUMRunTasks<CTaskDilateAndDistanceEx, ZUMReal>(image, 2, [&](auto& task) {
     task.contest = &contest;
     task.distances = &distances;
   });

@@ -19,11 +19,11 @@
 /// Four channels over the image's region, the X, Y, Z and T of the source pixel that won: the own
 /// coordinates where none did. The image has one channel; of others the first one is taken.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMLong> ZUMDilateCoordsEx(const ZUMImage<PixT>& image,
-                                             const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMDilateCoordsEx(const ZUMImage<PixT>& image,
+                                                           const ZUMImage<ZUMBool>& element);
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<ZUMLong> ZUMErodeCoordsEx(const ZUMImage<PixT>& image,
-                                            const ZUMImage<ZUMBool>& element);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMErodeCoordsEx(const ZUMImage<PixT>& image,
+                                                          const ZUMImage<ZUMBool>& element);
 
 /// Two channels over the image's region: the dilated value, and `distance` at the winning pixel of
 /// the element. Where none won, the second one holds `distance` at the origin if the element holds
@@ -33,6 +33,6 @@ ZUML_API ZUMImage<ZUMLong> ZUMErodeCoordsEx(const ZUMImage<PixT>& image,
 /// "ZUMDilateAndDistanceEx: Multichannel images are not allowed", or, where the element and the
 /// distances differ in their regions, "ZUMDilateAndDistanceEx: structuring element and distance
 /// have differents RoDs".
-ZUML_API ZUMImage<ZUMReal> ZUMDilateAndDistanceEx(const ZUMImage<ZUMReal>& image,
-                                                  const ZUMImage<ZUMBool>& element,
-                                                  const ZUMImage<ZUMReal>& distance);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMDilateAndDistanceEx(const ZUMImage<ZUMReal>& image,
+                                                                const ZUMImage<ZUMBool>& element,
+                                                                const ZUMImage<ZUMReal>& distance);

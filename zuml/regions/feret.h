@@ -12,5 +12,7 @@
 /// Of a bool image, X is the direction, from 0 to n - 1, and all true pixels are the region. Of a
 /// label image, X is the label, from the least to the greatest positive one, and Y the direction;
 /// without a positive label the result is a default image.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMBool>& image, int n);
-ZUML_API ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMLong>& labels, int n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMBool>& image,
+                                                                 int n);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMLong>& labels,
+                                                                 int n);

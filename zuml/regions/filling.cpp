@@ -10,7 +10,7 @@
 ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
                                 const ZUMImage<ZUMBool>& connectivity) {
   const ZUMImage<ZUMBool> background = ZUMAddFrame(image, ZUMRect(1, 1, 0, 0, 1, 1, 0, 0), false);
-  ForEachRun(
+  ZUMForEachRun(
       background,
       [](ZUMBool* pixels, std::ptrdiff_t n) {
         auto* bytes = reinterpret_cast<unsigned char*>(pixels);
@@ -25,7 +25,7 @@ ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
   std::fill_n(filled.get(), n, true);
   const ZUMRect corners(labels.BeginX(), labels.BeginY(), labels.BeginZ(), labels.BeginT(),
                         labels.BeginX(), labels.BeginY(), labels.EndZ(), labels.EndT());
-  ForEachRun(
+  ZUMForEachRun(
       ZUMRoDRef(corners),
       [&filled](const ZUMLong* outside, std::ptrdiff_t) {
         filled[static_cast<std::size_t>(*outside)] = false;

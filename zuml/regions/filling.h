@@ -13,5 +13,5 @@
 /// The result covers the image's region with its channels. Runs on the calling thread. Throws
 /// XQException "ZUMAddFrame: It is not allowed add a frame to an empty image", and what
 /// ZUMRegionLabel throws for the connectivity.
-ZUML_API ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
-                                         const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
+                                                       const ZUMImage<ZUMBool>& connectivity);

@@ -10,4 +10,4 @@
 ///
 /// It is a lookup by ZUMLut, on the calling thread, and takes labels of one channel. Throws
 /// XQException "ZUMMin:Valor indefinido por imagen vacia" for an empty image.
-ZUML_API ZUMImage<ZUMByte> ZUMLabelColor(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMLabelColor(const ZUMImage<ZUMLong>& labels);

@@ -28,7 +28,7 @@ ZUMLong FloodRegions(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& c
   neighbours.FromNonZeroPixels(labels, connectivity);
   ZUMGrowingStack<std::ptrdiff_t> stack(10000);
   ZUMLong* const pixels = static_cast<ZUMLong*>(labels.GetData());
-  ForEachRun(
+  ZUMForEachRun(
       labels,
       [&](const ZUMLong* run, std::ptrdiff_t n) {
         const std::ptrdiff_t first = run - pixels;
@@ -56,7 +56,7 @@ ZUMLong FloodRegions(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& c
 // The components of the true pixels, written to a framed image. Returns their number.
 ZUMLong FloodTruePixels(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& labels,
                         const ZUMImage<ZUMBool>& connectivity) {
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [](const ZUMBool* from, ZUMLong* to, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ValueAt(from, i) ? kUnlabelled : 0;
@@ -88,7 +88,7 @@ ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
   if (next_label != 1) {
     // The flood counts from 1, so that no number can be the mark of what is not labelled yet.
     const ZUMLong shift = ZUMWrapSub(next_label, 1);
-    ForEachRun(
+    ZUMForEachRun(
         labels,
         [shift](ZUMLong* label, std::ptrdiff_t n) {
           for (std::ptrdiff_t i = 0; i < n; ++i) {
@@ -106,7 +106,7 @@ ZUMImage<ZUMLong> ZUMRegionValueLabel(const ZUMImage<P>& image,
                                       const ZUMImage<ZUMBool>& connectivity) {
   zuml_detail::RequireConnectivity("RegionLabel", connectivity);
   const ZUMImage<ZUMLong> labels = MakeFramed<ZUMLong>(image, image.GetCSz(), connectivity, 0);
-  ForEachRun(
+  ZUMForEachRun(
       labels, [](ZUMLong* to, std::ptrdiff_t n) { std::fill_n(to, n, kUnlabelled); }, labels);
   // A copy in a raster of the same sizes, so that one place serves both.
   const ZUMImage<P> framed = zuml_detail::MakeFramedCopy(image, image, connectivity, P());
@@ -126,14 +126,14 @@ ZUMImage<ZUMLong> ZUMRelabel(const ZUMImage<ZUMLong>& labels) {
   const zuml_detail::TableEntries<ZUMLong> number(numbers);
   zuml_detail::ForEachLabelRun(
       labels, [&number](const zuml_detail::LabelRun& run) { number[run.label] = 1; });
-  ForEachRun(
+  ZUMForEachRun(
       numbers,
       [next = 0](ZUMLong* entry, std::ptrdiff_t n) mutable {
         for (std::ptrdiff_t i = 0; i < n; ++i) entry[i] = next += entry[i];
       },
       numbers);
   const ZUMImage<ZUMLong> result(labels, labels.GetCSz(), nullptr);
-  ForEachRun(
+  ZUMForEachRun(
       labels,
       [&number](const ZUMLong* from, ZUMLong* to, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = from[i] > 0 ? number[from[i]] : from[i];

@@ -24,20 +24,20 @@
 /// The neighbourhoods of ZUMCon4 and ZUMCon8 are labelled by runs and a union-find forest
 /// (Rosenfeld and Pfaltz 1966), at a cost that does not depend on the number of regions; others by
 /// a flood.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
-                                          const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
+                                                        const ZUMImage<ZUMBool>& connectivity);
 /// The same with numbers from next_label on, which is left one above the last label: several images
 /// can so be given disjoint labels.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
-                                          const ZUMImage<ZUMBool>& connectivity,
-                                          ZUMLong& next_label);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
+                                                        const ZUMImage<ZUMBool>& connectivity,
+                                                        ZUMLong& next_label);
 
 /// The flat zones: connected pixels of equal value, numbered 0, 1, 2, ... by their first pixels in
 /// sweep order, so that every pixel has a label. A NaN is a zone of its own.
 template <ZUMAlgebraPixel P>
-ZUML_API ZUMImage<ZUMLong> ZUMRegionValueLabel(const ZUMImage<P>& image,
-                                               const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionValueLabel(const ZUMImage<P>& image,
+                                                             const ZUMImage<ZUMBool>& connectivity);
 
 /// The positive labels made consecutive, 1, 2, 3, ... in their order; 0 and negative values stay.
 /// Throws XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an empty image.
-ZUML_API ZUMImage<ZUMLong> ZUMRelabel(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRelabel(const ZUMImage<ZUMLong>& labels);

@@ -21,7 +21,7 @@ LabelRange FindLabelRange(const ZUMImage<ZUMLong>& labels) {
   // the loop.
   std::uint32_t first = INT32_MAX - 1u;
   ZUMLong last = 0;
-  ForEachRun(
+  ZUMForEachRun(
       labels,
       [&first, &last](const ZUMLong* x, std::ptrdiff_t n) {
         std::uint32_t least = first;
@@ -38,7 +38,7 @@ LabelRange FindLabelRange(const ZUMImage<ZUMLong>& labels) {
 }
 
 void CountLabels(const ZUMImage<ZUMLong>& labels, ZUMLong* counts) {
-  ForEachRun(
+  ZUMForEachRun(
       labels,
       [counts](const ZUMLong* x, std::ptrdiff_t n) {
         const auto entry = [&](std::ptrdiff_t i) -> ZUMLong& { return counts[std::max(x[i], 0)]; };
@@ -135,8 +135,8 @@ ZUMImage<ZUMLong> ZUMRegionArea(const ZUMImage<ZUMLong>& labels) {
     const auto counts =
         zuml_detail::MakeZeroedScratch<ZUMLong>(static_cast<std::size_t>(range.last) + 1);
     zuml_detail::CountLabels(labels, counts.get());
-    CopyRun(&table(table.Begin()), counts.get() + range.first,
-            static_cast<std::ptrdiff_t>(range.Length()));
+    ZUMCopyRun(&table(table.Begin()), counts.get() + range.first,
+               static_cast<std::ptrdiff_t>(range.Length()));
   } else {
     const TableEntries<ZUMLong> area(table);
     ForEachLabelRun(labels, [&area](const LabelRun& run) { area[run.label] += run.n; });

@@ -14,26 +14,26 @@
 ZUML_API void ZUMLabelInterval(const ZUMImage<ZUMLong>& labels, ZUMLong& first, ZUMLong& last);
 
 /// The number of pixels; 0 at the start.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionArea(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionArea(const ZUMImage<ZUMLong>& labels);
 
 /// Bounding box, area and sums in the plane, a table of seven channels: least X, least Y, greatest
 /// X, greatest Y, area, sum of X, sum of Y. They start at EndX, EndY, BeginX, BeginY of the region,
 /// 0, 0, 0. Sums are 32-bit integers that wrap.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionMeasures2D(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionMeasures2D(const ZUMImage<ZUMLong>& labels);
 
 /// The greatest coordinate less the least one: 0 for a region of one column, and for a label
 /// without a pixel.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeX(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeY(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeZ(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeT(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeX(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeY(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeZ(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSizeT(const ZUMImage<ZUMLong>& labels);
 
 /// The sum of the pixels' coordinates, a 32-bit integer that wraps; 0 at the start.
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSumX(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSumY(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSumZ(const ZUMImage<ZUMLong>& labels);
-ZUML_API ZUMImage<ZUMLong> ZUMRegionSumT(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSumX(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSumY(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSumZ(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionSumT(const ZUMImage<ZUMLong>& labels);
 
 /// The centre of mass, a table of four channels: the sums of X, Y, Z and T, 32-bit integers that
 /// wrap, over the number of pixels, in double. 0 for a label without a pixel.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionGravityCenter(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionGravityCenter(const ZUMImage<ZUMLong>& labels);

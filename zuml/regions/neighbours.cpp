@@ -23,7 +23,7 @@ void ForEachContact(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& co
       zuml_detail::MakeFramedCopy(labels, labels, connectivity, frame_value);
   ZUMDisplacementArray neighbours;
   neighbours.FromNonZeroPixels(framed, connectivity);
-  ForEachRun(
+  ZUMForEachRun(
       framed,
       [&](const ZUMLong* p, std::ptrdiff_t n) {
         for (const ZUMLong* const end = p + n; p < end; ++p) {

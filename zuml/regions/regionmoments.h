@@ -7,7 +7,8 @@
 
 /// M(p, q): the sum of x^p y^q over the region's pixels; 0 at the start. Throws XQException
 /// "ZUMRegionMoment: it only calcules moments of order 0,1 and 2" for an exponent outside 0..2.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionMoment(const ZUMImage<ZUMLong>& labels, int p, int q);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionMoment(const ZUMImage<ZUMLong>& labels, int p,
+                                                         int q);
 
 /// The moment about the region's centre (a, b) = (M(1,0), M(0,1)) / m, m the greater of the area
 /// and 1, from moments about the origin:
@@ -22,4 +23,5 @@ ZUML_API ZUMImage<ZUMReal> ZUMRegionMoment(const ZUMImage<ZUMLong>& labels, int 
 ///
 /// Throws XQException "ZUMRegionCenteredMoment: it only calcules moments of order 0,1 and 2" for
 /// other exponents.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionCenteredMoment(const ZUMImage<ZUMLong>& labels, int p, int q);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionCenteredMoment(const ZUMImage<ZUMLong>& labels,
+                                                                 int p, int q);

@@ -12,10 +12,10 @@
 /// perimeter of the region with that number. So a pixel at the background counts for its own
 /// region, one inside for none. Where regions touch, or at negative values, the difference is
 /// another number than the pixel's label.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionCircularity(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionCircularity(const ZUMImage<ZUMLong>& labels);
 
 /// sqrt(1 - small / big) with the principal moments big and small, u20 + u02 plus and minus sqrt(4
 /// u11^2 + (u20 - u02)^2), of the centred moments over the area: the eccentricity of the ellipse
 /// with the same moments, 0 for a disc, 1 for a line. A NaN for a single pixel, and for a label
 /// without a pixel.
-ZUML_API ZUMImage<ZUMReal> ZUMRegionElongation(const ZUMImage<ZUMLong>& labels);
+[[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionElongation(const ZUMImage<ZUMLong>& labels);

@@ -203,7 +203,7 @@ ZUMLong LabelByRuns(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& lab
 
   std::ptrdiff_t line = 0;
   std::uint32_t runs = 0;
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [&](const ZUMBool* pixels, std::ptrdiff_t) {
         Word* packed = &bits[static_cast<std::size_t>(line * words)];
@@ -234,14 +234,14 @@ ZUMLong LabelByRuns(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& lab
   const auto edges = MakeScratch<std::int32_t>(static_cast<std::size_t>(n) + 3);
   const std::uint32_t* label = forest.GetLabels();
   const Word* packed = bits.get();
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [&](ZUMLong* to, std::ptrdiff_t) {
         const std::ptrdiff_t count = ListEdges(edges.get(), packed, words, n);
         PaintLine(buffer.get(), edges.get(), count, label);
         label += count;
         packed += words;
-        CopyRun(to, buffer.get(), n);
+        ZUMCopyRun(to, buffer.get(), n);
       },
       labels);
   return next;

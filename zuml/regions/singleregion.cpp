@@ -139,7 +139,7 @@ ZUMRect ZUMRegionRectHull(const ZUMImage<ZUMBool>& image) { return FindHull(imag
 
 ZUMLong ZUMRegionArea(const ZUMImage<ZUMBool>& image) {
   ZUMLong area = 0;
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [&area](const ZUMBool* pixels, std::ptrdiff_t n) {
         const auto* line = reinterpret_cast<const unsigned char*>(pixels);

@@ -10,15 +10,15 @@
 /// integers; for reals the sums are doubles in sweep order, and the sum of coordinates is
 /// multiplied by the reciprocal of the total. If the total is 0, the result is (0,0,0,0).
 template <ZUMScalarPixel P>
-ZUML_API ZUMBasePoint<int> ZUMGravityCenter(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API ZUMBasePoint<int> ZUMGravityCenter(const ZUMImage<P>& image);
 
 /// The greatest less the least X (Y) of the true pixels, plus 1; 0 if there is none.
-ZUML_API int ZUMRegionWidth(const ZUMImage<ZUMBool>& image);
-ZUML_API int ZUMRegionHeight(const ZUMImage<ZUMBool>& image);
+[[nodiscard]] ZUML_API int ZUMRegionWidth(const ZUMImage<ZUMBool>& image);
+[[nodiscard]] ZUML_API int ZUMRegionHeight(const ZUMImage<ZUMBool>& image);
 
 /// The bounding box of the true pixels. Without any it is an empty box: from End + 1 to Begin of
 /// the region, or the box of an empty region itself.
-ZUML_API ZUMRect ZUMRegionRectHull(const ZUMImage<ZUMBool>& image);
+[[nodiscard]] ZUML_API ZUMRect ZUMRegionRectHull(const ZUMImage<ZUMBool>& image);
 
 /// The number of true pixels.
-ZUML_API ZUMLong ZUMRegionArea(const ZUMImage<ZUMBool>& image);
+[[nodiscard]] ZUML_API ZUMLong ZUMRegionArea(const ZUMImage<ZUMBool>& image);

@@ -39,7 +39,7 @@ ZUMImage<ZUMBool> ExtendRegion(const char* operation, const ZUMImage<ZUMBool>& r
     const P* image;
   };
   ZUMGrowingStack<Place> stack(10000);
-  ForEachRun(
+  ZUMForEachRun(
       result,
       [&](ZUMBool* r, const P* p, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) {
@@ -73,7 +73,7 @@ ZUMImage<P> ZUMRegionsOfInfluence(const ZUMImage<P>& seeds, const ZUMImage<ZUMBo
   ZUMDisplacementArray neighbours;
   neighbours.FromNonZeroPixels(result, connectivity);
   ZUMBlockFIFO<P*> queue;
-  ForEachRun(
+  ZUMForEachRun(
       result,
       [&](P* p, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) {

@@ -14,8 +14,8 @@
 ///
 /// Throws XQException "RegionsOfInfluence: Dimensions of the connectivity image are not allowed".
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<P> ZUMRegionsOfInfluence(const ZUMImage<P>& seeds,
-                                           const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<P> ZUMRegionsOfInfluence(const ZUMImage<P>& seeds,
+                                                         const ZUMImage<ZUMBool>& connectivity);
 
 /// The region with all pixels that a path reaches from it along which the image does not fall (does
 /// not rise): flat parts are passed, a pixel below its predecessor is not. The result covers the
@@ -25,10 +25,10 @@ ZUML_API ZUMImage<P> ZUMRegionsOfInfluence(const ZUMImage<P>& seeds,
 /// allowed", "ZUMExtendRegionToMax: Dimensions of the connectivity image are not allowed", and the
 /// same with ZUMExtendRegionToMin.
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMExtendRegionToMax(const ZUMImage<ZUMBool>& region,
-                                                const ZUMImage<P>& image,
-                                                const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMExtendRegionToMax(
+    const ZUMImage<ZUMBool>& region, const ZUMImage<P>& image,
+    const ZUMImage<ZUMBool>& connectivity);
 template <ZUMGreyPixel P>
-ZUML_API ZUMImage<ZUMBool> ZUMExtendRegionToMin(const ZUMImage<ZUMBool>& region,
-                                                const ZUMImage<P>& image,
-                                                const ZUMImage<ZUMBool>& connectivity);
+[[nodiscard]] ZUML_API ZUMImage<ZUMBool> ZUMExtendRegionToMin(
+    const ZUMImage<ZUMBool>& region, const ZUMImage<P>& image,
+    const ZUMImage<ZUMBool>& connectivity);

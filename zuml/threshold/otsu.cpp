@@ -169,7 +169,7 @@ P ZUMPixelOtsu(const ZUMImage<P>& image) {
   }
   std::vector<P> pixels;
   pixels.reserve(static_cast<std::size_t>(image.NPixels()));
-  ForEachRun(
+  ZUMForEachRun(
       image, [&](const P* p, std::ptrdiff_t n) { pixels.insert(pixels.end(), p, p + n); }, image);
   const auto numbers = std::partition(pixels.begin(), pixels.end(), [](P p) { return p == p; });
   std::sort(pixels.begin(), numbers);

@@ -18,28 +18,30 @@
 
 /// The bin t with the greatest n0 n1 (m1 - m0)^2, of the classes' counts and means; the first of
 /// equals. 0 when no bin splits the histogram.
-ZUML_API int ZUMHistogramOtsu(const ZUMImage<ZUMLong>& histogram);
+[[nodiscard]] ZUML_API int ZUMHistogramOtsu(const ZUMImage<ZUMLong>& histogram);
 template <ZUMGreyPixel P>
-ZUML_API P ZUMOtsu(const ZUMImage<P>& image, unsigned levels, std::type_identity_t<P> min,
-                   std::type_identity_t<P> max);
+[[nodiscard]] ZUML_API P ZUMOtsu(const ZUMImage<P>& image, unsigned levels,
+                                 std::type_identity_t<P> min, std::type_identity_t<P> max);
 
 /// The same with the criterion times (n - h(t)), which prefers thresholds in valleys (H. Ng,
 /// "Automatic thresholding for defect detection", 2006).
-ZUML_API int ZUMHistogramValleyOtsu(const ZUMImage<ZUMLong>& histogram);
+[[nodiscard]] ZUML_API int ZUMHistogramValleyOtsu(const ZUMImage<ZUMLong>& histogram);
 template <ZUMGreyPixel P>
-ZUML_API P ZUMValleyOtsu(const ZUMImage<P>& image, unsigned levels, std::type_identity_t<P> min,
-                         std::type_identity_t<P> max);
+[[nodiscard]] ZUML_API P ZUMValleyOtsu(const ZUMImage<P>& image, unsigned levels,
+                                       std::type_identity_t<P> min, std::type_identity_t<P> max);
 
 /// Two thresholds t1 and t2 for three classes, below t1, from t1 to below t2, and from t2 on, by
 /// the greatest sum of w_k (m - m_k)^2 over the classes; the first of equals, t1 before t2. (0, 0)
 /// when there are no three classes.
-ZUML_API ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(const ZUMImage<ZUMLong>& histogram);
+[[nodiscard]] ZUML_API ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(
+    const ZUMImage<ZUMLong>& histogram);
 template <ZUMGreyPixel P>
-ZUML_API ZUMArray<P> ZUMTrimodalOtsu(const ZUMImage<P>& image, unsigned levels,
-                                     std::type_identity_t<P> min, std::type_identity_t<P> max);
+[[nodiscard]] ZUML_API ZUMArray<P> ZUMTrimodalOtsu(const ZUMImage<P>& image, unsigned levels,
+                                                   std::type_identity_t<P> min,
+                                                   std::type_identity_t<P> max);
 
 /// Otsu's criterion on the sorted pixels instead of a histogram: the value of the pixel that begins
 /// the upper class; the first of equals, 0 for fewer than two pixels or equal ones. NaNs are sorted
 /// behind the numbers. Throws XQException "ZUMPixelOtsu does not allow multichannel images".
 template <ZUMGreyPixel P>
-ZUML_API P ZUMPixelOtsu(const ZUMImage<P>& image);
+[[nodiscard]] ZUML_API P ZUMPixelOtsu(const ZUMImage<P>& image);

@@ -7,7 +7,7 @@ namespace {
 template <class P, class Predicate>
 ZUMImage<ZUMBool> SelectPixels(const ZUMImage<P>& image, Predicate on) {
   const ZUMImage<ZUMBool> result(image, image.GetCSz(), nullptr);
-  ForEachRun(
+  ZUMForEachRun(
       image,
       [on](ZUMBool* r, const P* p, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = on(p[i]);

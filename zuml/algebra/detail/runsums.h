@@ -8,7 +8,7 @@
 #include <cstring>
 #include <type_traits>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 
 namespace zuml_detail {
 

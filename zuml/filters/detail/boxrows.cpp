@@ -52,15 +52,15 @@ void WriteRunningSums(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
       for (std::ptrdiff_t dy = box.begin.y; dy <= box.end.y; ++dy) {
         const InT* const p = s + dy * line;
         for (std::ptrdiff_t i = 0; i < reach; ++i) {
-          c[i] += static_cast<std::uint32_t>(ValueAt(p, i));
+          c[i] += static_cast<std::uint32_t>(NumberAt(p, i));
         }
       }
     } else {
       const InT* const in = s + box.end.y * line;
       const InT* const out = s + (box.begin.y - std::ptrdiff_t{1}) * line;
       for (std::ptrdiff_t i = 0; i < reach; ++i) {
-        c[i] += static_cast<std::uint32_t>(ValueAt(in, i)) -
-                static_cast<std::uint32_t>(ValueAt(out, i));
+        c[i] += static_cast<std::uint32_t>(NumberAt(in, i)) -
+                static_cast<std::uint32_t>(NumberAt(out, i));
       }
     }
     std::uint32_t sum = 0;

@@ -7,6 +7,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumimage.h"
 #include "zuml/core/zumsweep.h"
@@ -128,20 +129,10 @@ void ForEachStrip(const ZUMRoDRef& part, long long rows, std::size_t bytes, Body
   }
 }
 
-/// A pixel as a number; a bool pixel is any byte, and true is 1.
-template <class P>
-auto ValueAt(const P* pixels, std::ptrdiff_t i) {
-  if constexpr (std::is_same_v<P, bool>) {
-    return static_cast<unsigned char>(reinterpret_cast<const unsigned char*>(pixels)[i] != 0);
-  } else {
-    return pixels[i];
-  }
-}
-
 /// n pixels in another type that holds their values.
 template <class S, class InT>
 void WidenRow(S* to, const InT* from, std::ptrdiff_t n) {
-  for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = static_cast<S>(ValueAt(from, i));
+  for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = static_cast<S>(NumberAt(from, i));
 }
 
 /// Goes over the region in strips. For each line it calls row(r, pointers, n): the results from r

@@ -6,34 +6,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <utility>
 
+#include "zuml/core/detail/vectors.h"
+
 namespace zuml_detail {
-
-#ifdef __AVX2__
-inline constexpr std::size_t kVectorBytes = 32;
-#else
-inline constexpr std::size_t kVectorBytes = 16;
-#endif
-
-/// As many T as a vector register holds.
-template <class T>
-struct VectorOf {
-  typedef T Type __attribute__((vector_size(kVectorBytes)));
-};
-
-/// A vector of the pixels from p on, or one pixel; p need not be aligned.
-template <class V, class T>
-[[gnu::always_inline]] inline V LoadVector(const T* p) {
-  V v;
-  std::memcpy(&v, p, sizeof(V));
-  return v;
-}
-template <class V, class T>
-[[gnu::always_inline]] inline void StoreVector(T* p, const V& v) {
-  std::memcpy(p, &v, sizeof(V));
-}
 
 /// The terms of a row sum: for each, the pixel that goes with r[0], and its weight. There is at
 /// least one.
@@ -75,7 +52,7 @@ template <class V, int N, class T>
 /// T is an unsigned integer, whose sums wrap, or a floating type.
 template <class T>
 void SumRow(T* r, const RowTerms<T>& terms, std::ptrdiff_t n, bool onto) {
-  using V = typename VectorOf<T>::Type;
+  using V = Vector<T>;
   constexpr std::ptrdiff_t kLanes = sizeof(V) / sizeof(T);
   std::ptrdiff_t x = 0;
   for (; n - x >= 8 * kLanes; x += 8 * kLanes) SumBlock<V, 8>(r, terms, x, onto);

@@ -106,7 +106,7 @@ void WriteWeightedSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
   using T = SumType<OutT>;
   if (terms.offsets.empty()) {
     if (onto) return;
-    ForEachRun(
+    ZUMForEachRun(
         part, [](OutT* r, std::ptrdiff_t n) { std::fill_n(r, n, OutT()); }, result);
     return;
   }

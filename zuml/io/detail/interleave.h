@@ -11,6 +11,7 @@
 #include <cstring>
 #include <type_traits>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/zumrodrect.h"
 #include "zuml/io/detail/flatimage.h"
 
@@ -82,7 +83,7 @@ inline void GatherRow(const ZUMImage<ZUMByte>& image, int y, ChannelOrder order,
       MergePlanes<4>(row, step, n, to);
       break;
   }
-  if (dynamic_cast<const ZUMRoDRect*>(&rod)) return;
+  if (IsBox(rod)) return;
   for (std::ptrdiff_t i = 0; i < n; ++i) {
     if (rod.InP(begin + static_cast<int>(i), y, plane.z, plane.t)) continue;
     std::memset(to + i * channels, blank, static_cast<std::size_t>(channels));
@@ -92,7 +93,7 @@ inline void GatherRow(const ZUMImage<ZUMByte>& image, int y, ChannelOrder order,
 /// The same from the first channel on, with 0 for blank: the image's own memory where that has it,
 /// else `buffer`, which has room for the row.
 inline const ZUMByte* PackRow(const ZUMImage<ZUMByte>& image, int y, ZUMByte* buffer) {
-  if (image.GetCSz() == 1 && dynamic_cast<const ZUMRoDRect*>(&image.RoD())) {
+  if (image.GetCSz() == 1 && IsBox(image)) {
     const FlatPlane plane = GetFlatPlane(image);
     return &image(image.BeginX(), y, plane.z, plane.t);
   }

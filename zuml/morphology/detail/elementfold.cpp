@@ -4,6 +4,7 @@
 #include <bit>
 #include <tuple>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumsweep.h"
@@ -27,10 +28,8 @@ std::vector<Step> ListSteps(const ZUMImage<ZUMBool>& element, Direction directio
 }
 
 ZUMRoDRef ShrinkRegion(const ZUMRoDRef& rod, const ZUMRect& bounds, Direction direction) {
-  const bool direct = direction == Direction::kDirect;
-  const Step b = direct ? Mirror(bounds.begin) : bounds.end;
-  const Step e = direct ? Mirror(bounds.end) : bounds.begin;
-  return DisplaceSides(rod, b.x, b.y, b.z, b.t, e.x, e.y, e.z, e.t);
+  return direction == Direction::kDirect ? MakeDirectRegion(rod, bounds)
+                                         : MakeMirroredRegion(rod, bounds);
 }
 
 ZUMRect BoundsOf(const std::vector<Step>& steps) {

@@ -28,7 +28,7 @@ class FoldTask : public XQTask {
 /// The pass in tasks of the class, over a new image.
 template <class Task, class P>
 ZUMImage<P> RunFold(const ZUMRoDRef& rod, int csz, const FoldPass& pass) {
-  return RunTasks<Task, P>(rod, csz, [&](Task& task) { task.pass = &pass; });
+  return ZUMRunTasks<Task, P>(rod, csz, [&](Task& task) { task.pass = &pass; });
 }
 
 }  // namespace zuml_detail

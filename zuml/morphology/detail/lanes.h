@@ -8,18 +8,10 @@
 #include <limits>
 #include <utility>
 
-#include "zuml/core/storedpixel.h"
+#include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/detail/vectors.h"
 
 namespace zuml_detail {
-
-template <class P>
-const Stored<P>* StoredPixels(const P* pixels) {
-  return reinterpret_cast<const Stored<P>*>(pixels);
-}
-template <class P>
-Stored<P>* StoredPixels(P* pixels) {
-  return reinterpret_cast<Stored<P>*>(pixels);
-}
 
 /// The maximum. The comparison is strict: what was first stays on equality, and with a NaN on
 /// either side. kNeutral never displaces a value.
@@ -46,12 +38,6 @@ struct Least {
                                     : std::numeric_limits<S>::max();
 };
 
-#ifdef __AVX2__
-inline constexpr int kVectorBytes = 32;
-#else
-inline constexpr int kVectorBytes = 16;
-#endif
-
 /// U vectors of pixels of type P side by side; with U = 0 one pixel.
 template <class P, int U>
 struct Lanes {
@@ -59,7 +45,7 @@ struct Lanes {
   typedef S Vector __attribute__((vector_size(kVectorBytes)));
   // A vector anywhere in memory.
   typedef S Loose __attribute__((vector_size(kVectorBytes), aligned(alignof(S)), may_alias));
-  static constexpr int kLanes = kVectorBytes / static_cast<int>(sizeof(S));
+  static constexpr int kLanes = static_cast<int>(kVectorBytes / sizeof(S));
 
   Vector v[U];
 

@@ -4,15 +4,11 @@
 #include <algorithm>
 #include <cstring>
 
+#include "zuml/core/detail/axes.h"
 #include "zuml/core/zumimage.h"
 #include "zuml/morphology/detail/lanes.h"
 
 namespace zuml_detail {
-
-/// One of the coordinates of a point.
-using Axis = int ZUMBasePoint<int>::*;
-inline constexpr Axis kAxes[] = {&ZUMBasePoint<int>::x, &ZUMBasePoint<int>::y,
-                                 &ZUMBasePoint<int>::z, &ZUMBasePoint<int>::t};
 
 /// Calls body(y, z, t, c) for each line of the region in each channel, in sweep order.
 template <class Body>

@@ -2,7 +2,7 @@
 /// coordinates.
 #pragma once
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/foreachrun.h"
 
 namespace zuml_detail {
@@ -30,7 +30,7 @@ template <class P>
 ZUMImage<P> MakeFramedCopy(const ZUMImage<P>& image, const ZUMRoDRef& rod,
                            const ZUMImage<ZUMBool>& con, std::type_identity_t<P> frame_value) {
   const ZUMImage<P> framed = MakeFramed<P>(rod, image.GetCSz(), con, frame_value);
-  ForEachRun(
+  ZUMForEachRun(
       rod,
       [](P* to, const P* from, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ValueAt(from, i);

@@ -8,7 +8,7 @@ namespace zuml_detail {
 inline ZUMImage<ZUMBool> SelectLabels(const ZUMRoDRef& rod, const ZUMImage<ZUMLong>& labels,
                                       const bool* chosen) {
   const ZUMImage<ZUMBool> result(rod, labels.GetCSz(), nullptr);
-  ForEachRun(
+  ZUMForEachRun(
       rod,
       [chosen](ZUMBool* to, const ZUMLong* label, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = chosen[label[i]];

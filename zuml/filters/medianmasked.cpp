@@ -1,8 +1,9 @@
-#include "zuml/algebra/medianmasked.h"
+#include "zuml/filters/medianmasked.h"
 
 #include <algorithm>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
@@ -50,7 +51,7 @@ class CTaskMedianMasked final : public XQTask {
 
   void Run() override {
     const auto values = zuml_detail::MakeScratch<P>(on_image->GetLength());
-    ForEachRun(
+    ZUMForEachRun(
         part,
         [&](P* r, const P* x, const ZUMBool* m, std::ptrdiff_t n) {
           for (std::ptrdiff_t i = 0; i < n; ++i) {
@@ -86,7 +87,7 @@ PixT ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask)
   const auto values = zuml_detail::MakeScratch<Stored<PixT>>(
       static_cast<std::size_t>(rod.NPixels()) * static_cast<std::size_t>(image.GetCSz()));
   std::ptrdiff_t count = 0;
-  ForEachRun(
+  ZUMForEachRun(
       rod,
       [&](const PixT* x, const ZUMBool* m, std::ptrdiff_t n) {
         Stored<PixT>* v = values.get() + count;
@@ -114,12 +115,9 @@ ZUMImage<PixT> ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBo
     ZUMDisplacementArray on_image, on_mask;
     on_image.FromNonZeroPixels(image, element);
     on_mask.FromNonZeroPixels(mask, element);
-    const ZUMRect box = element.Rect();
-    const ZUMRoDRef rod =
-        DisplaceSides(Intersection(image, mask), -box.begin.x, -box.begin.y, -box.begin.z,
-                      -box.begin.t, -box.end.x, -box.end.y, -box.end.z, -box.end.t);
+    const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(Intersection(image, mask), element.Rect());
     using Task = CTaskMedianMasked<PixT>;
-    return RunTasks<Task, PixT>(rod, image.GetCSz(), [&](Task& task) {
+    return ZUMRunTasks<Task, PixT>(rod, image.GetCSz(), [&](Task& task) {
       task.image = &image;
       task.mask = &mask;
       task.on_image = &on_image;

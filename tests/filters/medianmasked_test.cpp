@@ -1,4 +1,4 @@
-#include "zuml/algebra/medianmasked.h"
+#include "zuml/filters/medianmasked.h"
 
 #include <algorithm>
 #include <cmath>

@@ -12,7 +12,7 @@
 
 #include <type_traits>
 
-#include "zuml/algebra/detail/mapped.h"
+#include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 
@@ -91,7 +91,7 @@ class PointwiseI : public PointwiseTask<R, Op> {
 /// The frame for two images: their common region, `csz` channels, or the first one's.
 template <class Task, class R = typename Task::ResultPixel, class P>
 ZUMImage<R> RunPointwiseII(const ZUMImage<P>& a, const ZUMImage<P>& b, int csz) {
-  return RunTasks<Task, R>(Intersection(a, b), csz, [&](Task& task) {
+  return ZUMRunTasks<Task, R>(Intersection(a, b), csz, [&](Task& task) {
     task.a = &a;
     task.b = &b;
   });
@@ -105,7 +105,7 @@ ZUMImage<R> RunPointwiseII(const ZUMImage<P>& a, const ZUMImage<P>& b) {
 /// The frames with one image: its region, shared, and its channels.
 template <class Task, class R = typename Task::ResultPixel, class P>
 ZUMImage<R> RunPointwiseIN(const ZUMImage<P>& a, std::type_identity_t<P> n) {
-  return RunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) {
     task.a = &a;
     task.number = n;
   });
@@ -118,7 +118,7 @@ ZUMImage<R> RunPointwiseNI(std::type_identity_t<P> n, const ZUMImage<P>& a) {
 
 template <class Task, class R = typename Task::ResultPixel, class P>
 ZUMImage<R> RunPointwiseI(const ZUMImage<P>& a, const decltype(Task::op)& op = {}) {
-  return RunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) {
+  return ZUMRunTasks<Task, R>(a, a.GetCSz(), [&](Task& task) {
     task.a = &a;
     task.op = op;
   });
@@ -130,14 +130,14 @@ template <class Task, class R = typename Task::ResultPixel, class P>
 ZUMImage<R> RunPointwisePerChannel(const ZUMImage<P>& a, const ZUMImage<P>& b) {
   const ZUMRoDRef rod = Intersection(a, b);
   if (a.GetCSz() == 1) {
-    return RunTasksPerChannel<Task, R>(
+    return ZUMRunTasksPerChannel<Task, R>(
         rod, b.GetCSz(), [&](int c) { return b.Channel(c); },
         [&](Task& task, const ZUMImage<P>& channel) {
           task.a = &a;
           task.b = &channel;
         });
   }
-  return RunTasksPerChannel<Task, R>(
+  return ZUMRunTasksPerChannel<Task, R>(
       rod, a.GetCSz(), [&](int c) { return a.Channel(c); },
       [&](Task& task, const ZUMImage<P>& channel) {
         task.a = &channel;

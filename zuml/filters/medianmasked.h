@@ -13,7 +13,8 @@
 /// "ZUMMedianMasked:Valor indefinido por imagen vacia" where no pixel is left over. Runs on the
 /// calling thread in linear time on average.
 template <ZUMScalarPixel PixT>
-ZUML_API PixT ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask);
+[[nodiscard]] ZUML_API PixT ZUMMedianMasked(const ZUMImage<PixT>& image,
+                                            const ZUMImage<ZUMBool>& mask);
 
 /// The median of each pixel's neighbourhood: of the pixels p + k, k running over the true pixels of
 /// the element, that the mask leaves over. Where none is left over, the result is the pixel p
@@ -26,6 +27,6 @@ ZUML_API PixT ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBoo
 /// without a true pixel what ZUMDisplacementArray::FromNonZeroPixels throws. Tasks:
 /// CTaskMedianMasked; the time is that of visiting the element at each pixel.
 template <ZUMScalarPixel PixT>
-ZUML_API ZUMImage<PixT> ZUMMedianMasked(const ZUMImage<PixT>& image,
-                                        const ZUMImage<ZUMBool>& element,
-                                        const ZUMImage<ZUMBool>& mask);
+[[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMedianMasked(const ZUMImage<PixT>& image,
+                                                      const ZUMImage<ZUMBool>& element,
+                                                      const ZUMImage<ZUMBool>& mask);
