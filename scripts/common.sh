@@ -1,8 +1,9 @@
+# shellcheck shell=bash
 # What the scripts share; each of them sources this file first.
 #
 # ZUML_BUILD_ROOT  where build folders go       (build/ in the repository)
 # ZUML_JOBS        how many jobs run at a time  (one for each processor)
-# ZUML_CMAKE_ARGS  more arguments for CMake, parted by spaces
+# ZUML_CMAKE_ARGS  more arguments for CMake, separated by spaces
 
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
@@ -11,7 +12,7 @@ build_root=${ZUML_BUILD_ROOT:-$PWD/build}
 jobs=${ZUML_JOBS:-$(nproc)}
 
 # The build that the address sanitizer's tests share with the fuzz programs.
-# shellcheck disable=SC2034 -- used by the scripts that source this file
+# shellcheck disable=SC2034,SC2054 # used by the scripts that source this file
 address_arguments=(-DZUML_SANITIZE=address,undefined -DZUML_FUZZ=ON)
 
 die() {
@@ -31,7 +32,7 @@ configure() {
   local folder=$build_root/$1
   shift
   mkdir -p "$folder"
-  # shellcheck disable=SC2086 -- the extra arguments are parted by spaces on purpose
+  # shellcheck disable=SC2086 # the extra arguments are separated by spaces on purpose
   run_quietly "$folder/configure.log" cmake -S . -B "$folder" -G Ninja "$@" ${ZUML_CMAKE_ARGS:-}
 }
 
