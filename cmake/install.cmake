@@ -1,4 +1,4 @@
-# Libraries, headers and programs, and the files by which CMake and pkg-config find them.
+# Installs libraries, headers and programs, and the files by which CMake and pkg-config find them.
 
 include(CMakePackageConfigHelpers)
 
@@ -26,7 +26,7 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/ZUMLConfigVersion.cmake
 install(FILES ${PROJECT_BINARY_DIR}/ZUMLConfig.cmake ${PROJECT_BINARY_DIR}/ZUMLConfigVersion.cmake
         DESTINATION ${package_folder})
 
-# The way from the folder of zuml.pc back to the prefix, so that an install tree can be moved.
+# The path from the folder of zuml.pc to the prefix, so that an install tree can be moved.
 file(RELATIVE_PATH ZUML_PC_TO_PREFIX /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/zuml.pc.in ${PROJECT_BINARY_DIR}/zuml.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zuml.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)

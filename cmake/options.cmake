@@ -1,4 +1,4 @@
-# What is built, and how. Every option of the project stands here.
+# What is built, and how. All options of the project are here.
 
 set(ZUML_TOP_LEVEL OFF)
 if(PROJECT_SOURCE_DIR STREQUAL CMAKE_SOURCE_DIR)
@@ -16,14 +16,14 @@ option(ZUML_WERROR "Treat warnings as errors" OFF)
 set(ZUML_SANITIZE "" CACHE STRING "Sanitizers: empty, \"address,undefined\" or \"thread\"")
 set_property(CACHE ZUML_SANITIZE PROPERTY STRINGS "" "address,undefined" "thread")
 
-# In the order of the floors: a subsystem uses only what stands before it, so a shorter list that
-# begins with core still builds.
+# In the order of the floors: a subsystem uses only those before it, so a shorter list that begins
+# with core still builds.
 set(ZUML_SUBSYSTEMS core algebra filters geometry colour io morphology drawing threshold extension
                     regions edges attribute watershed matching display inspection
     CACHE STRING "Subsystems to build")
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES)
-  # The sanitizers are to see failed assertions as well.
+  # The sanitized builds also test assertions.
   if(ZUML_SANITIZE)
     set(default_build_type Debug)
   else()

@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# What the scripts share; each of them sources this file first.
+# What the scripts share. Each script sources this file first.
 #
 # ZUML_BUILD_ROOT  where build folders go       (build/ in the repository)
-# ZUML_JOBS        how many jobs run at a time  (one for each processor)
+# ZUML_JOBS        how many jobs run at a time  (one per processor)
 # ZUML_CMAKE_ARGS  more arguments for CMake, separated by spaces
 
 set -euo pipefail
@@ -11,7 +11,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 build_root=${ZUML_BUILD_ROOT:-$PWD/build}
 jobs=${ZUML_JOBS:-$(nproc)}
 
-# The build that the address sanitizer's tests share with the fuzz programs.
+# The tests under the address sanitizer share this build with the fuzz programs.
 # shellcheck disable=SC2034,SC2054 # used by the scripts that source this file
 address_arguments=(-DZUML_SANITIZE=address,undefined -DZUML_FUZZ=ON)
 
@@ -45,8 +45,8 @@ build() {
   cmake --build "$folder" -j "$jobs" --target "$@" -- "${quiet[@]}"
 }
 
-# run_tests NAME CTEST-ARGUMENT...: runs the tests of a build folder, behind the words of `prefix`;
-# shows the failed ones, and the closing lines.
+# run_tests NAME CTEST-ARGUMENT...: runs the tests of a build folder, with the words of `prefix` in
+# front of the command; shows the failed tests and the last lines.
 prefix=()
 run_tests() {
   local folder=$build_root/$1 log=$build_root/$1/tests.log failed=0
