@@ -1,7 +1,7 @@
 # Flags for everything that is compiled here. None of them reaches a program that uses the library.
 
-# A fused multiply-add rounds once where the source rounds twice. Results must be the same bit for bit
-# on every processor, so the compiler must not contract, and -ffast-math is not used.
+# A fused multiply-add rounds once where the source rounds twice. Results must be the same bit for
+# bit on every processor, so the compiler must not contract, and -ffast-math is not used.
 add_compile_options(-ffp-contract=off)
 
 # No code reads errno after a square root. Without errno the loop becomes vector code; no value
