@@ -12,7 +12,6 @@
 #include "zuml/core/pixeltypes.h"
 #include "zuml/core/scratch.h"
 #include "zuml/core/taskframe.h"
-#include "zuml/core/typenames.h"
 #include "zuml/core/velombinding.h"
 #include "zuml/core/xqcircularlist.h"
 #include "zuml/core/xqdiagnostics.h"
