@@ -4,6 +4,7 @@
 /// uses. This file is written by `scripts/check-headers --fix`.
 
 // core: regions, rasters, images, sweeps, the task frame, containers, neighbourhoods
+#include "zuml/core/displayhook.h"
 #include "zuml/core/export.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/localposition.h"
@@ -12,8 +13,8 @@
 #include "zuml/core/pixeltypes.h"
 #include "zuml/core/scratch.h"
 #include "zuml/core/taskframe.h"
-#include "zuml/core/typenames.h"
 #include "zuml/core/velombinding.h"
+#include "zuml/core/wrappixels.h"
 #include "zuml/core/xqcircularlist.h"
 #include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"

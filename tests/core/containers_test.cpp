@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <limits>
 #include <list>
 #include <string>
 #include <vector>
@@ -21,7 +22,7 @@ namespace {
 
 struct ArrayProbe : ZUMArray<Point> {
   using ZUMArray<Point>::ZUMArray;
-  std::size_t Capacity() const { return capacityEnd_ - start_; }
+  std::size_t Capacity() const { return capacity_end_ - start_; }
 };
 
 TEST(ZUMArray, RandomOperationsAgainstAVector) {
@@ -62,6 +63,14 @@ TEST(ZUMArray, RandomOperationsAgainstAVector) {
     }
     ASSERT_EQ(std::vector<Point>(array.begin(), array.end()), slow);
   }
+}
+
+TEST(ZUMArray, LastIndexMayBeTheGreatestInt) {
+  constexpr int kMax = std::numeric_limits<int>::max();
+  ZUMArray<bool> array(kMax - 1, kMax);
+  array[kMax] = true;
+  EXPECT_TRUE(array.GetFirstIndex() == kMax - 1 && array.GetLastIndex() == kMax);
+  EXPECT_TRUE(array.GetEnd()[-1]);
 }
 
 TEST(ZUMArray, SortIsAscendingAndKeepsEqualElementsInOrder) {

@@ -35,6 +35,12 @@ TEST(XQMatrix, WorkedExamples) {
   const XQMatrix zeros = Make(3, 3, {0, 2, 1, 1, 0, 0, 3, 0, 1});
   const XQMatrix x = Make(3, 2, {1, -1, 2, 0.5, 3, 4});
   EXPECT_EQ(Text(XQSolveGauss(zeros, zeros * x)), Text(x));
+  // An unknown that double does not hold leaves the others alone.
+  const XQMatrix tiny = Make(3, 3, {1e-310, 0, 0, 0, 3, 0, 0, 0, 1e300});
+  EXPECT_EQ(Text(XQInverse(tiny)), "inf 0 0 | 0 0.333333 0 | 0 0 1e-300 | ");
+  EXPECT_EQ(Text(XQSolveGauss(tiny, Make(3, 1, {1, 0.6, 2}))), "inf | 0.2 | 2e-300 | ");
+  const XQMatrix low = Make(2, 2, {1e-320, 3e-320, 1, 2});
+  EXPECT_EQ(Text(XQSolveGauss(low, low * Make(2, 1, {2, -1}))), "2 | -1 | ");
 }
 
 // A calibration fits cubics in pixels, whose normal equations span 18 orders of magnitude.

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -222,6 +223,21 @@ TEST(Displacements, SurroundPathWalksClockwise) {
   EXPECT_EQ(walk(left), "SurroundPath: path start not found");
   EXPECT_EQ(walk({ZUMRect(0, 1, 0, 0, 3, 2, 0, 0), 1, true}), "SurroundPath: path start not found");
   EXPECT_EQ(walk({}), "ZUMAddFrame: It is not allowed add a frame to an empty image");
+  // Far from the origin, where the search once took seconds, and at the ends of 32 bits.
+  constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+  for (const int x : {1000000000, kMax - 1}) {
+    EXPECT_EQ(walk({ZUMRect(x, 0, 0, 0, x + 1, 0, 0, 0), 1, true}), "");
+    EXPECT_EQ(OffsetsOf(a), (Offsets{x, x + 1}));
+    EXPECT_EQ(walk({ZUMRect(x, 0, 0, 0, x + 1, 0, 0, 0), 1, false}),
+              "SurroundPath: path start not found");
+  }
+  const ZUMImage<ZUMBool> corner({kMax, kMax, kMin, kMin, kMax, kMax, kMin, kMin}, 1, true);
+  ZUMPointList points;
+  points.FromNonZeroPixels(corner);
+  EXPECT_EQ(points[0], ZUMBasePoint<int>(kMax, kMax, kMin, kMin));
+  const ZUMRaster huge(ZUMRect(1, 0, 0, 0, kMax, 0, 0, 0), 1, ZUMBytePixel, &a);
+  a.SymmetricFromNonZeroPixels(huge, corner);
+  EXPECT_EQ(a[0], -kMax - kMax * (0LL + kMax + kMin + kMin));
 }
 
 }  // namespace

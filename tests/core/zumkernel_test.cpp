@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <vector>
 
 #include "tests/support/testimages.h"
@@ -53,6 +54,14 @@ TEST(Kernels, RegionsAndFramesFollowTheBox) {
   EXPECT_EQ(stage.SymmetricRoD(rod).Rect(), ZUMRect(2, -2, 5, 6, 8, 6, 7, 8));
   EXPECT_EQ(stage.GetFrame(), ZUMRect(1, 3, 0, 0, 2, -2, 0, 0));
   EXPECT_EQ(stage.GetSymmetricFrame(), ZUMRect(2, -2, 0, 0, 1, 3, 0, 0));
+  // The least int has no negative.
+  constexpr int kMin = std::numeric_limits<int>::min(), kMax = std::numeric_limits<int>::max();
+  const ZUMSubKernel<ZUMLong> far(
+      ZUMImage<ZUMLong>({kMin, kMax - 1, 0, 0, kMin, kMax, 0, 0}, 1, 5));
+  EXPECT_EQ(far.GetFrame(), ZUMRect(kMax, -kMax + 1, 0, 0, kMin, kMax, 0, 0));
+  EXPECT_TRUE(far.DirectRoD(rod).EmptyP());
+  EXPECT_EQ(far.DirectRoD({kMin, 0, 0, 0, -1, 9, 0, 0}).Rect(),
+            ZUMRect(0, 1 - kMax, 0, 0, kMax, 9 - kMax, 0, 0));
 }
 
 TEST(Kernels, SeparableOnesHaveAStagePerAxis) {
@@ -90,6 +99,8 @@ TEST(Kernels, SeparableOnesAreTested) {
     kernels[i / 4] = lines[i % 4];
     check(i / 4 == i % 4 ? "" : linear, kernels);
   }
+  const int least = std::numeric_limits<int>::min(), most = std::numeric_limits<int>::max();
+  check(linear, {Image(ZUMRoDRef(0, least, 0, 0, -1, most, 0, 0), 1, nullptr), {}, {}, {}});
   const Image wide = make(2, 2, 0, 0, 0);
   check(linear, {wide, lines[0], {}, {}});
   check(channels, {wide, {}, {}, lines[3]});

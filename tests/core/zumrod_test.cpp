@@ -2,11 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
 #include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
+#include "zuml/core/detail/axes.h"
 
 using namespace zuml_test;
 
@@ -131,6 +134,41 @@ TEST(DrawOutFrame, FillsTheMarginsAndNothingElse) {
       return outer.InP(x, y, z, t) && !inner.InP(x, y, z, t) ? 0.3f : before(x, y, z, t, c);
     });
     EXPECT_TRUE(SameImage(image, drawn));
+  }
+}
+
+// The frame of a region at an end of 32 bits lies beyond it, where coordinates wrap.
+TEST(DrawOutFrame, WorksAtTheEndsOf32Bits) {
+  constexpr int kMargin = 2, kSize = 3, kAll = kSize + 2 * kMargin;
+  const ZUMRect wide(kMargin, kMargin, kMargin, kMargin, kMargin, kMargin, kMargin, kMargin);
+  for (int i = 0; i < 4 * 2 * 3; ++i) {
+    const auto axis = zuml_detail::kAxes[i % 4];
+    ZUMRect box(0, 0, 0, 0, kSize - 1, kSize - 1, kSize - 1, kSize - 1);
+    box.begin.*axis = i / 4 % 2 ? kMin : kMax - kSize + 1;
+    box.end.*axis = i / 4 % 2 ? kMin + kSize - 1 : kMax;
+    const ZUMRect frames[] = {{}, {1, 2, 0, 1, 2, 0, 1, 1}, wide};
+    const ZUMRect frame = frames[i / 8];
+    const ZUMRoDRef rod = box;
+    const ZUMImage<ZUMByte> image(rod, wide, 1, nullptr);
+    auto* const pixels = static_cast<ZUMByte*>(image.GetData());
+    std::fill(pixels, pixels + image.GetRasterSz(), ZUMByte(0));
+    rod.RoD().DrawOutFrame(image, frame, ZUMByte(7));
+    ForEachPoint(ZUMRoDRef(0, 0, 0, 0, kAll - 1, kAll - 1, kAll - 1, kAll - 1), 1, [&](auto... at) {
+      const int place[] = {at...};
+      Point p;
+      bool inner = true, outer = true;
+      for (int k = 0; k < 4; ++k) {
+        const auto a = zuml_detail::kAxes[k];
+        const int from_begin = place[k] - kMargin;
+        inner = inner && from_begin >= 0 && from_begin < kSize;
+        outer = outer && from_begin >= -(frame.begin.*a) && from_begin < kSize + frame.end.*a;
+        p.*a = static_cast<int>(std::int64_t{box.begin.*a} + from_begin);
+      }
+      ZUMByte* const pixel = static_cast<ZUMByte*>(image.PixelAddress(p, 0));
+      ASSERT_EQ(pixel - pixels, ((place[3] * kAll + place[2]) * kAll + place[1]) * kAll + place[0]);
+      ASSERT_EQ(image.AddressCoord(pixel), p);
+      ASSERT_EQ(*pixel, outer && !inner ? 7 : 0);
+    });
   }
 }
 

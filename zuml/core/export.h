@@ -1,5 +1,9 @@
 #pragma once
 
+#if __cplusplus < 202002L
+#error "ZUML needs C++20: compile with -std=c++20 or later"
+#endif
+
 /// Marks what the shared library offers. Everything else is compiled with hidden visibility, so
 /// that the loader has less to bind and the compiler may inline across an operation's helpers.
 ///

@@ -25,7 +25,7 @@ bool WalkRuns(const ZUMRoDRef& rod, Body&& body, const ZUMImage<P1>& first,
     P1* const start = static_cast<P1*>(sweep.GetStart1());
     const std::ptrdiff_t n = static_cast<P1*>(sweep.GetEnd1()) - start + 1;
     const bool go_on = [&]<std::size_t... K>(std::index_sequence<K...>) {
-      return body(sweep, start, static_cast<Ps*>(sweep.at.start[K + 1])..., n);
+      return body(sweep, start, static_cast<Ps*>(sweep.start[K + 1])..., n);
     }
     (std::index_sequence_for<Ps...>{});
     if (!go_on) return false;

@@ -1,18 +1,16 @@
 // The conversions of images between pixel types.
 
 #include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 
 namespace {
-
-// Bool pixels may come from wrapped memory, and hold other bytes than 0 and 1 there: they are read
-// as bytes.
-template <class P>
-using Stored = std::conditional_t<std::same_as<P, bool>, unsigned char, P>;
 
 // Floating pixels to integers. The conversion through 64 bits does not vectorise; a short stretch
 // of pixels that all fit in 32 bits, which is nearly every stretch, takes the plain conversion,
@@ -42,15 +40,14 @@ void TruncateRun(Q* to, const P* from, std::ptrdiff_t n) {
 
 template <class Q, class P>
 void ConvertRun(Q* to, const P* from, std::ptrdiff_t n) {
-  if constexpr (std::same_as<P, bool>) {
-    const unsigned char* bytes = reinterpret_cast<const unsigned char*>(from);
-    for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ZUMConvertPixel<Q>(bytes[i] != 0);
-  } else if constexpr (std::same_as<P, Q>) {
+  if constexpr (std::same_as<P, Q> && !std::same_as<P, bool>) {
     ZUMCopyRun(to, from, n);
   } else if constexpr (std::floating_point<P> && std::integral<Q> && !std::same_as<Q, bool>) {
     TruncateRun(to, from, n);
   } else {
-    for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ZUMConvertPixel<Q>(from[i]);
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      to[i] = ZUMConvertPixel<Q>(zuml_detail::ValueAt(from, i));
+    }
   }
 }
 

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <type_traits>
 
+#include "zuml/core/export.h"
+
 namespace zuml_detail {
 
 /// Forward iterator over nodes with the fields `value` and `next`. Value is the element type, const

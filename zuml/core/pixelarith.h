@@ -6,7 +6,6 @@
 
 #include <cmath>
 #include <concepts>
-#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -123,7 +122,7 @@ constexpr P ZUMLowBits(std::int64_t value) {
 }
 
 /// A floating value truncated toward zero, as a 64-bit integer. NaN and what 64 bits do not hold
-/// give the least 64-bit integer, whose low bits are 0.
+/// give the least 64-bit integer, whose low bits are 0: such a value is 0 in every integer pixel.
 constexpr std::int64_t ZUMTruncate64(double value) {
   constexpr double kLimit = 9223372036854775808.0;  // 2^63
   return value >= -kLimit && value < kLimit ? static_cast<std::int64_t>(value)

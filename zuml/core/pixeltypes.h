@@ -11,6 +11,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "zuml/core/export.h"
+
 using ZUMBool = bool;
 using ZUMByte = unsigned char;
 using ZUMShort = std::int16_t;

@@ -21,8 +21,8 @@
 
 /// First in, first out. The queue is a chain of blocks, each one link and N records; a write that
 /// fills a block takes the next one, a read that leaves a block gives it back, so that the memory
-/// is bound by the records that wait. No record moves once stored, and a queue that was never
-/// written has no block.
+/// is bound by the records that wait. No record moves once stored. A queue takes its first block at
+/// its first write: a level queue over 16-bit pixels has 65,536 of them and uses a few.
 template <class Record, std::size_t N = 1000>
 class ZUMBlockFIFO {
   static_assert(std::is_trivially_copyable_v<Record>, "a record is plain data");
@@ -39,7 +39,7 @@ class ZUMBlockFIFO {
   ZUMBlockFIFO& operator=(const ZUMBlockFIFO&) = delete;
   ~ZUMBlockFIFO() {
     Clear();
-    XQFree(writeBlock_);
+    XQFree(write_block_);
   }
 
   bool EmptyP() const { return read_ == write_; }
@@ -48,7 +48,7 @@ class ZUMBlockFIFO {
   const Record& Front() const { return *read_; }
 
   void Push(const Record& record) {
-    if (write_ == writeLast_) [[unlikely]] {
+    if (write_ == write_last_) [[unlikely]] {
       PushLast(record);
     } else {
       *write_++ = record;
@@ -58,7 +58,7 @@ class ZUMBlockFIFO {
   /// Removes the oldest record and returns it.
   Record Pop() {
     const Record record = *read_;
-    if (++read_ == readBlock_->records + N) [[unlikely]] {
+    if (++read_ == read_block_->records + N) [[unlikely]] {
       LeaveBlock();
     }
     return record;
@@ -66,8 +66,8 @@ class ZUMBlockFIFO {
 
   /// Empties the queue. One block stays for the next use.
   void Clear() {
-    while (readBlock_ != writeBlock_) LeaveBlock();
-    read_ = write_ = writeBlock_ == nullptr ? nullptr : writeBlock_->records;
+    while (read_block_ != write_block_) LeaveBlock();
+    read_ = write_ = write_block_ == nullptr ? nullptr : write_block_->records;
   }
 
  private:
@@ -76,33 +76,33 @@ class ZUMBlockFIFO {
   void PushLast(const Record& record) {
     Block* const block = static_cast<Block*>(XQMAlloc(sizeof(Block)));
     block->next = nullptr;
-    const bool first = writeBlock_ == nullptr;
+    const bool first = write_block_ == nullptr;
     if (first) {
-      readBlock_ = block;
+      read_block_ = block;
       read_ = block->records;
     } else {
       *write_ = record;
-      writeBlock_->next = block;
+      write_block_->next = block;
     }
-    writeBlock_ = block;
+    write_block_ = block;
     write_ = block->records;
-    writeLast_ = block->records + (N - 1);
+    write_last_ = block->records + (N - 1);
     if (first) Push(record);
   }
 
   // A block that was filled has a next one.
   void LeaveBlock() {
-    Block* const left = readBlock_;
-    readBlock_ = left->next;
-    read_ = readBlock_->records;
+    Block* const left = read_block_;
+    read_block_ = left->next;
+    read_ = read_block_->records;
     XQFree(left);
   }
 
-  Block* readBlock_ = nullptr;
+  Block* read_block_ = nullptr;
   Record* read_ = nullptr;
-  Block* writeBlock_ = nullptr;
+  Block* write_block_ = nullptr;
   Record* write_ = nullptr;
-  Record* writeLast_ = nullptr;  // The last place of the write block.
+  Record* write_last_ = nullptr;  // The last place of the write block.
 };
 
 /// Last in, first out, in one block that doubles when it is full. Also the list of visited pixels
@@ -115,7 +115,7 @@ class ZUMGrowingStack {
   explicit ZUMGrowingStack(std::size_t room)
       : block_(zuml_detail::MakeScratch<Record>(room)),
         end_(block_.get()),
-        capacityEnd_(block_.get() + room) {}
+        capacity_end_(block_.get() + room) {}
   ZUMGrowingStack(const ZUMGrowingStack&) = delete;
   ZUMGrowingStack& operator=(const ZUMGrowingStack&) = delete;
 
@@ -126,7 +126,7 @@ class ZUMGrowingStack {
 
   /// The record may be one of this stack.
   void Push(const Record& record) {
-    if (end_ == capacityEnd_) [[unlikely]] {
+    if (end_ == capacity_end_) [[unlikely]] {
       const Record copy = record;
       Double();
       *end_++ = copy;
@@ -152,13 +152,13 @@ class ZUMGrowingStack {
     const std::size_t room = EmptyP() ? 1 : 2 * GetLength();
     auto block = zuml_detail::MakeScratch<Record>(room);
     end_ = std::copy(begin(), end_, block.get());
-    capacityEnd_ = block.get() + room;
+    capacity_end_ = block.get() + room;
     block_ = std::move(block);
   }
 
   zuml_detail::ScratchBlock<Record> block_;
   Record* end_;
-  Record* capacityEnd_;
+  Record* capacity_end_;
 };
 
 namespace zuml_detail {
@@ -187,8 +187,8 @@ struct KeyOrder {
     return BetterKeyP(GetKey(a), GetKey(b));
   }
 
-  /// A record that no other is better than, all zero besides its key, which has to be a member. A
-  /// floating key is infinite, so that infinite pixels end a way up too.
+  /// A record with the best key there is and zeros besides; the key has to be a member. A floating
+  /// key is infinite, so that infinite pixels end a way up too.
   template <class Record>
   static Record MakeSentinel() {
     using K = decltype(GetKey(std::declval<const Record&>()));
@@ -225,9 +225,9 @@ template <class KeyOrder>
 struct ZUMArrivalOrder : KeyOrder {
   template <class Record>
   static bool BetterP(const Record& a, const Record& b) {
-    const auto keyA = KeyOrder::GetKey(a);
-    const auto keyB = KeyOrder::GetKey(b);
-    return keyA == keyB ? a.sequence < b.sequence : KeyOrder::BetterKeyP(keyA, keyB);
+    const auto key_a = KeyOrder::GetKey(a);
+    const auto key_b = KeyOrder::GetKey(b);
+    return key_a == key_b ? a.sequence < b.sequence : KeyOrder::BetterKeyP(key_a, key_b);
   }
 };
 
@@ -277,6 +277,7 @@ class ZUMArrayHeap {
     const std::size_t length = GetLength();
     std::size_t i = 1;
     for (std::size_t child = 2; child <= length; child = 2 * i) {
+      // A branch: without one, 75,000 waiting records take 1.3 to 1.4 times as long.
       if (child < length && Order::BetterP(heap[child + 1], heap[child])) ++child;
       if (!Order::BetterP(heap[child], moved)) break;
       heap[i] = heap[child];

@@ -3,7 +3,7 @@
 #include <string>
 #include <typeinfo>
 
-#include "zuml/core/typenames.h"
+#include "zuml/core/detail/typenames.h"
 #include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <type_traits>
 
 #include "zuml/core/export.h"
 #include "zuml/core/zumimage.h"

@@ -34,7 +34,7 @@ ZUML_API void XQMessageFBox(const char* format, ...) noexcept __attribute__((for
 ZUML_API XQTextOutput XQSetMessageBoxOutput(XQTextOutput output);
 
 /// Reports a failed internal check in one line of the diagnostics and returns false; the caller
-/// goes on behind it. The text is that of the expression, "0" for a path that must not be reached;
+/// goes on after it. The text is that of the expression, "0" for a path that must not be reached;
 /// the message may be null.
 ZUML_API bool XQVerifyFun(const char* text, const char* file, int line,
                           const char* message) noexcept;

@@ -3,6 +3,7 @@
 #include <Eigen/Dense>
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -37,41 +38,74 @@ int GetScale(double value) {
   return -exponent;
 }
 
-/// Scales the rows of a and b, then the columns of a, and returns the exponents of the columns:
-/// the unknowns of the scaled system are those of the original one divided by these powers of two.
-std::vector<int> ScaleSystem(XQMatrix& a, XQMatrix& b) {
+/// The powers of two that a system was scaled by.
+struct Scales {
+  std::vector<int> rows;
+  std::vector<int> cols;
+};
+
+/// Scales the rows, then the columns of a to greatest elements near 1.
+Scales ScaleMatrix(XQMatrix& a) {
   const int n = a.Rows();
-  std::vector<double> greatest(n, 0.0);
+  Scales scales;
+  std::vector<double> greatest(static_cast<std::size_t>(n), 0.0);
   for (int i = 0; i < n; ++i) {
     double most = 0.0;
     for (int j = 0; j < n; ++j) most = std::max(most, std::abs(a[i][j]));
-    const int scale = GetScale(most);
+    scales.rows.push_back(GetScale(most));
     for (int j = 0; j < n; ++j) {
-      a[i][j] = std::ldexp(a[i][j], scale);
-      greatest[j] = std::max(greatest[j], std::abs(a[i][j]));
+      a[i][j] = std::ldexp(a[i][j], scales.rows.back());
+      double& of_column = greatest[static_cast<std::size_t>(j)];
+      of_column = std::max(of_column, std::abs(a[i][j]));
     }
-    for (int j = 0; j < b.Cols(); ++j) b[i][j] = std::ldexp(b[i][j], scale);
   }
-  std::vector<int> scales(greatest.size());
-  std::transform(greatest.begin(), greatest.end(), scales.begin(), GetScale);
-  for (int i = 0; i < n; ++i) {
-    for (int j = 0; j < n; ++j) a[i][j] = std::ldexp(a[i][j], scales[j]);
+  for (int j = 0; j < n; ++j) {
+    scales.cols.push_back(GetScale(greatest[static_cast<std::size_t>(j)]));
+    for (int i = 0; i < n; ++i) a[i][j] = std::ldexp(a[i][j], scales.cols.back());
   }
   return scales;
 }
 
+/// A scaled right side may leave the range of double: row scales reach 2^1074. So it is solved in
+/// bands of exponents, each brought near 1, whose solutions add up. Nearly every right side lies in
+/// band 0 alone.
+constexpr int kBandWidth = 1024;
+constexpr int kBands[] = {0, -2, -1, 1, 2};
+
+int GetBand(double value, int row_scale) {
+  if (value == 0.0 || !std::isfinite(value)) return 0;
+  const double exponent = std::ilogb(value) + row_scale;
+  return static_cast<int>(std::floor((exponent + kBandWidth / 2) / kBandWidth));
+}
+
 /// The x of a x = b for a square a, by an LU decomposition with full pivoting of the scaled system.
-/// Without the scaling, unknowns of unlike size, such as the coefficients of a cubic in pixels,
-/// would make a regular matrix look singular.
-XQMatrix Solve(const char* operation, XQMatrix a, XQMatrix b) {
-  const std::vector<int> scales = ScaleSystem(a, b);
+XQMatrix Solve(const char* operation, XQMatrix a, const XQMatrix& b) {
+  const Scales scales = ScaleMatrix(a);
   if (!View(a).allFinite()) throw XQException("%s: singular matrix", operation);
   const Eigen::FullPivLU<Dense> decomposition(View(a));
   if (!decomposition.isInvertible()) throw XQException("%s: singular matrix", operation);
   XQMatrix x(a.Cols(), b.Cols());
-  if (x.Rows() > 0 && x.Cols() > 0) View(x) = decomposition.solve(View(b));
-  for (int i = 0; i < x.Rows(); ++i) {
-    for (int j = 0; j < x.Cols(); ++j) x[i][j] = std::ldexp(x[i][j], scales[i]);
+  if (x.Rows() == 0 || x.Cols() == 0) return x;
+  for (const int band : kBands) {
+    XQMatrix part(b.Rows(), b.Cols());
+    bool has_elements = band == 0;
+    for (int i = 0; i < b.Rows(); ++i) {
+      const int row_scale = scales.rows[static_cast<std::size_t>(i)];
+      for (int j = 0; j < b.Cols(); ++j) {
+        if (GetBand(b[i][j], row_scale) != band) continue;
+        part[i][j] = std::ldexp(b[i][j], row_scale - band * kBandWidth);
+        has_elements = true;
+      }
+    }
+    if (!has_elements) continue;
+    const Dense solved = decomposition.solve(View(std::as_const(part)));
+    for (int i = 0; i < x.Rows(); ++i) {
+      const int scale = scales.cols[static_cast<std::size_t>(i)] + band * kBandWidth;
+      for (int j = 0; j < x.Cols(); ++j) {
+        const double unknown = std::ldexp(solved(i, j), scale);
+        x[i][j] = band == 0 ? unknown : x[i][j] + unknown;
+      }
+    }
   }
   return x;
 }
@@ -122,7 +156,7 @@ XQMatrix XQInverse(const XQMatrix& a) {
   RequireSquare("XQInverse", a);
   XQMatrix unit(a.Rows(), a.Rows());
   for (int i = 0; i < a.Rows(); ++i) unit[i][i] = 1.0;
-  return Solve("XQInverse", a, std::move(unit));
+  return Solve("XQInverse", a, unit);
 }
 
 XQMatrix XQSolveGauss(const XQMatrix& a, const XQMatrix& b) {

@@ -52,9 +52,11 @@ class ZUML_API XQMatrix {
 /// The solution x of a x = b, for one or more columns of b at once.
 ///
 /// Gaussian elimination with complete pivoting (G. H. Golub, C. F. Van Loan: Matrix Computations,
-/// section 3.4), after rows and columns have been scaled by powers of two to greatest elements near
-/// 1: a system whose unknowns differ by many orders of magnitude, such as the coefficients of a
-/// polynomial in pixels, is neither taken for a singular one nor solved badly. A matrix is singular
+/// section 3.4), after rows and columns have been scaled by powers of two, which is exact, to
+/// greatest elements near 1: a system whose unknowns differ by many orders of magnitude, such as
+/// the coefficients of a polynomial in pixels, is neither taken for a singular one nor solved
+/// badly. An unknown that double does not hold is infinite and leaves the others alone. A matrix is
+/// singular
 /// when its greatest remaining element is not above n * 2^-52 times the first pivot, or not a
 /// number. Costs about n^3 / 3 + n^2 m multiplications for n unknowns and m columns.
 ///

@@ -81,7 +81,7 @@ constexpr std::size_t RoundUp(std::size_t value, std::size_t unit) {
 std::size_t GetCapacity(std::size_t size) { return size < kKeptFrom ? size : RoundUp(size, kPage); }
 
 /// A mapping whose block starts at a huge page, the header lying in the small page before it:
-/// an image of 2^n bytes then fills whole huge pages and touches none besides.
+/// an image of 2^n bytes then fills whole huge pages and touches no other.
 void* MapBlock(std::size_t capacity) {
   const std::size_t length = capacity + kPage + kHugePage;
   void* const mapping =

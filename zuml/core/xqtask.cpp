@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <mutex>
 #include <new>
+#include <utility>
 
 namespace {
 
@@ -295,7 +296,7 @@ void TaskPool::AwaitEnd(XQTask& task) noexcept {
   const auto has_ended = [&task] {
     return task.state_.load(std::memory_order_acquire) == State::kDone;
   };
-  // Meanwhile run what this thread has sent besides, and nothing else: a foreign task may be long.
+  // Meanwhile run what else this thread has sent, but no foreign task: that may be long.
   // These are objects of the same operation. The workers take the oldest first, so when one of them
   // has begun with this object, nothing is queued any more that this thread had sent before it.
   while (!has_ended()) {

@@ -54,7 +54,7 @@ class ZUML_API XQTask {
   /// left it, which belongs to this object and lasts until it is sent again or destroyed. Waiting
   /// again gives the same answer. An XQException is kept as it is, with its derived class; another
   /// std::exception becomes an XQException with its text, anything else one with the text
-  /// "unknown exception".
+  /// "unknown exception"; "out of memory" stands in where there is no memory for that.
   XQException* Wait() noexcept;
 
   /// The number of tasks that an operation divides its work into, 1 to 32: the number of processors

@@ -23,7 +23,7 @@ class ZUMArray {
   /// An array without a block: length 0, first index 0.
   ZUMArray() = default;
 
-  /// n elements without a value, with indices from 0. A `Put` adds behind them.
+  /// n elements without a value, with indices from 0. A `Put` adds after them.
   explicit ZUMArray(unsigned n) { Allocate(0, n); }
 
   /// Elements without a value, with indices from `first` to `last`; none if `last` is less than
@@ -64,7 +64,7 @@ class ZUMArray {
 
   /// Makes room for n further elements. Grows to exactly that size, and only if less is free.
   void Reserve(unsigned n) {
-    if (static_cast<std::size_t>(capacityEnd_ - end_) < n) Regrow(Length() + n);
+    if (static_cast<std::size_t>(capacity_end_ - end_) < n) Regrow(Length() + n);
   }
 
   /// Length 0. The block stays, so that the array can be filled again without an allocation.
@@ -72,13 +72,10 @@ class ZUMArray {
 
   unsigned GetLength() const { return static_cast<unsigned>(Length()); }
   int GetFirstIndex() const { return ElementIndex(start_); }
-  int GetLastIndex() const { return ElementIndex(end_) - 1; }
+  int GetLastIndex() const { return static_cast<int>(IndexOf(end_) - 1); }
 
   /// The index of the element at that address.
-  int ElementIndex(const T* element) const {
-    const auto bytes = static_cast<std::ptrdiff_t>(Address(element) - Address(base_));
-    return static_cast<int>(bytes / static_cast<std::ptrdiff_t>(sizeof(T)));
-  }
+  int ElementIndex(const T* element) const { return static_cast<int>(IndexOf(element)); }
 
   /// The address that index 0 has or would have.
   T* GetBaseElements() { return base_; }
@@ -112,7 +109,7 @@ class ZUMArray {
 
   /// Adds a copy of the element, which may be one of this array.
   void Put(const T& element) {
-    if (end_ == capacityEnd_) [[unlikely]] {
+    if (end_ == capacity_end_) [[unlikely]] {
       const T copy = element;
       Extend();
       UnsafePut(copy);
@@ -123,7 +120,7 @@ class ZUMArray {
 
   /// Adds an element without a value and returns its address, valid until the array grows.
   T* Put() {
-    if (end_ == capacityEnd_) [[unlikely]] {
+    if (end_ == capacity_end_) [[unlikely]] {
       Extend();
     }
     return UnsafePut();
@@ -144,14 +141,20 @@ class ZUMArray {
   /// Gives the block back and makes this a default array.
   void Free() {
     XQFree(start_);
-    base_ = end_ = start_ = capacityEnd_ = nullptr;
+    base_ = end_ = start_ = capacity_end_ = nullptr;
   }
 
   /// More than doubles the capacity: 1000, 3000, 7000, 15000 elements from an empty array.
-  void Extend() { Regrow(2 * static_cast<std::size_t>(capacityEnd_ - start_) + 1000); }
+  void Extend() { Regrow(2 * static_cast<std::size_t>(capacity_end_ - start_) + 1000); }
 
  private:
   static std::uintptr_t Address(const T* p) { return reinterpret_cast<std::uintptr_t>(p); }
+
+  // In 64 bits: the end of an array whose last index is the greatest int has a greater one.
+  std::ptrdiff_t IndexOf(const T* element) const {
+    const auto bytes = static_cast<std::ptrdiff_t>(Address(element) - Address(base_));
+    return bytes / static_cast<std::ptrdiff_t>(sizeof(T));
+  }
 
   // base_ lies outside the block whenever the first index is not 0, where arithmetic on pointers is
   // undefined. So it is computed as an address, and elements are reached from start_, by a number
@@ -171,7 +174,7 @@ class ZUMArray {
 
   void Allocate(std::ptrdiff_t first, std::size_t length) {
     if (length != 0) start_ = static_cast<T*>(XQMAlloc(length * sizeof(T)));
-    end_ = capacityEnd_ = start_ + length;
+    end_ = capacity_end_ = start_ + length;
     base_ = Displace(start_, -first);
   }
 
@@ -184,7 +187,7 @@ class ZUMArray {
     base_ = std::exchange(other.base_, nullptr);
     end_ = std::exchange(other.end_, nullptr);
     start_ = std::exchange(other.start_, nullptr);
-    capacityEnd_ = std::exchange(other.capacityEnd_, nullptr);
+    capacity_end_ = std::exchange(other.capacity_end_, nullptr);
   }
 
   void Regrow(std::size_t capacity) {
@@ -205,5 +208,5 @@ class ZUMArray {
   T* base_ = nullptr;
   T* end_ = nullptr;
   T* start_ = nullptr;
-  T* capacityEnd_ = nullptr;
+  T* capacity_end_ = nullptr;
 };

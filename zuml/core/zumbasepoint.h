@@ -1,6 +1,8 @@
 /// Points and boxes: integer or real coordinates on the four axes X, Y, Z, T.
 #pragma once
 
+#include "zuml/core/export.h"
+
 /// A point with the coordinates X, Y, Z, T.
 template <class T>
 struct ZUMBasePoint {
@@ -40,3 +42,6 @@ struct ZUMRect {
 
   friend bool operator==(const ZUMRect&, const ZUMRect&) = default;
 };
+
+/// A box in the plane Z = T = 0: the columns bx to ex of the lines by to ey.
+inline ZUMRect ZUMPlaneBox(int bx, int by, int ex, int ey) { return {bx, by, 0, 0, ex, ey, 0, 0}; }

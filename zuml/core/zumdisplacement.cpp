@@ -1,19 +1,21 @@
 #include "zuml/core/zumdisplacement.h"
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 #include <utility>
 
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
+#include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
-#include "zuml/core/zumsweep.h"
 
 namespace {
 
-// A line of an element's region. Wrapped bool pixels may be other bytes than 0 and 1, so they are
-// read as bytes.
+// A line of an element's region.
 template <class P>
 struct ElementLine {
   const P* pixels;
@@ -21,23 +23,17 @@ struct ElementLine {
   ZUMBasePoint<int> begin;
   int channel;
 
-  P operator[](std::ptrdiff_t i) const {
-    if constexpr (std::same_as<P, bool>) {
-      return reinterpret_cast<const unsigned char*>(pixels)[i] != 0;
-    } else {
-      return pixels[i];
-    }
-  }
+  P operator[](std::ptrdiff_t i) const { return zuml_detail::ValueAt(pixels, i); }
 };
 
 template <class P, class Visit>
 void ForEachLine(const ZUMImage<P>& element, Visit&& visit) {
-  for (ZUMGenericSweepCoords1 sweep(element, element); sweep.GetStart1(); sweep.Next()) {
-    const P* const first = static_cast<const P*>(sweep.GetStart1());
-    const P* const last = static_cast<const P*>(sweep.GetEnd1());
-    const ZUMBasePoint<int> begin(sweep.GetX(), sweep.GetY(), sweep.GetZ(), sweep.GetT());
-    visit(ElementLine<P>{first, last - first + 1, begin, sweep.GetC()});
-  }
+  ZUMForEachPlacedRun(
+      element,
+      [&](const ZUMRunPlace& at, const P* pixels, std::ptrdiff_t n) {
+        visit(ElementLine<P>{pixels, n, {at.x, at.y, at.z, at.t}, at.c});
+      },
+      element);
 }
 
 // Which pixels of a line are taken.
@@ -89,10 +85,18 @@ long long OffsetOf(const Record& record) {
   return record.offset;
 }
 
-// Displacement without the narrowing to 32 bits, which elements larger than the raster may exceed.
+// Displacement without the narrowing to 32 bits: an element may be larger than the raster. At the
+// ends of the coordinates even 64 bits may not hold it, and it wraps.
 long long MakeOffset(const ZUMRaster& target, const ZUMBasePoint<int>& p, int c) {
-  return p.x + target.GetLineSz() * p.y + target.GetPlaneSz() * p.z + target.GetFrameSz() * p.t +
-         target.GetChannelSz() * c;
+  long long offset = p.x;
+  const auto add = [&offset](long long size, long long steps) {
+    offset = ZUMWrapAdd(offset, ZUMWrapMul(size, steps));
+  };
+  add(target.GetLineSz(), p.y);
+  add(target.GetPlaneSz(), p.z);
+  add(target.GetFrameSz(), p.t);
+  add(target.GetChannelSz(), c);
+  return offset;
 }
 
 enum class Reflection {
@@ -114,10 +118,12 @@ void Fill(ZUMArray<Record>& array, const ZUMRaster& target, const ZUMImage<P>& e
   Refill(array, static_cast<long long>(element.NPixels()) * element.GetCSz());
   ForEachLine(element, [&](const ElementLine<P>& line) {
     const int channel = reflection == Reflection::kPerChannel ? 0 : line.channel;
-    const long long sign = reflection == Reflection::kNone ? 1 : -1;
     const long long begin = MakeOffset(target, line.begin, channel);
     for (std::ptrdiff_t i = 0; i < line.n; ++i) {
-      if (select(line, i)) array.UnsafePut(MakeRecord<Record>(sign * (begin + i), line, i));
+      if (!select(line, i)) continue;
+      const long long offset = ZUMWrapAdd<long long>(begin, i);
+      array.UnsafePut(MakeRecord<Record>(
+          reflection == Reflection::kNone ? offset : ZUMWrapNeg(offset), line, i));
     }
   });
 }
@@ -177,9 +183,8 @@ void Reorder(ZUMArray<Record>& array) {
 void ZUMPointList::FromNonZeroPixels(const ZUMImage<ZUMBool>& image) {
   Refill(*this, static_cast<long long>(image.NPixels()) * image.GetCSz());
   ForEachLine(image, [this](const ElementLine<bool>& line) {
-    ZUMBasePoint<int> p = line.begin;
-    for (std::ptrdiff_t i = 0; i < line.n; ++i, ++p.x) {
-      if (line[i]) UnsafePut(p);
+    for (int i = 0; i < line.n; ++i) {
+      if (line[i]) UnsafePut({line.begin.x + i, line.begin.y, line.begin.z, line.begin.t});
     }
   });
 }
@@ -261,9 +266,12 @@ void ZUMDisplacementArray::SurroundPath(const ZUMRaster& target, const ZUMImage<
       },
       left, path);
 
-  ZUMBasePoint<int> p(1, 0);
-  while (p.x <= path.EndX() && !(path.InP(p) && left(p))) ++p.x;
-  if (p.x > path.EndX()) throw XQException("SurroundPath: path start not found");
+  // Coordinates are tested in 64 bits: the region may end at the greatest int.
+  std::int64_t x = std::max(1, path.BeginX());
+  const auto is_start = [&](int at) { return path.InP(at, 0, 0, 0) && left(at); };
+  while (x <= path.EndX() && !is_start(static_cast<int>(x))) ++x;
+  if (x > path.EndX()) throw XQException("SurroundPath: path start not found");
+  ZUMBasePoint<int> p(static_cast<int>(x), 0);
 
   constexpr int kSteps[][2] = {{1, 0},  {1, 1},   {0, 1},  {-1, 1},
                                {-1, 0}, {-1, -1}, {0, -1}, {1, -1}};
@@ -271,9 +279,13 @@ void ZUMDisplacementArray::SurroundPath(const ZUMRaster& target, const ZUMImage<
   while (step != std::end(kSteps)) {
     Put(MakeOffset(target, p, 0));
     left(p) = false;
+    // A neighbour in the frame may lie beyond the ends of 32 bits.
+    const auto neighbour = [&p](const int(&s)[2]) {
+      return ZUMBasePoint<int>(zuml_detail::WrapSum(p.x, s[0]), zuml_detail::WrapSum(p.y, s[1]));
+    };
     step = std::find_if(std::begin(kSteps), std::end(kSteps),
-                        [&](const int(&s)[2]) { return left(p.x + s[0], p.y + s[1]); });
-    if (step != std::end(kSteps)) p = ZUMBasePoint<int>(p.x + (*step)[0], p.y + (*step)[1]);
+                        [&](const int(&s)[2]) { return left(neighbour(s)); });
+    if (step != std::end(kSteps)) p = neighbour(*step);
   }
 }
 

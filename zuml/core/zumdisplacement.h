@@ -13,7 +13,8 @@
 /// - They empty the array, make room for every pixel of the element and fill in sweep order: lines,
 ///   planes, frames, channels of the element.
 /// - The offset of the pixel (x, y, z, t) in channel c of the element, counted from the first
-///   channel of its view, is target.Displacement(x, y, z, t, c). It is computed in 64 bits.
+///   channel of its view, is target.Displacement(x, y, z, t, c), computed in 64 bits, so that it is
+///   the true distance where an element is larger than the raster.
 /// - The `Symmetric...` members negate the offsets, which visits the reflected element. Those that
 ///   negate channel by channel have an origin in each channel: the offset is that of the pixel in
 ///   channel 0, negated, and stays inside a channel. The others negate the whole offset, the
@@ -63,7 +64,7 @@ struct ZUMDisplacementAddress {
 /// Points in order.
 class ZUML_API ZUMPointList : public ZUMArray<ZUMBasePoint<int>> {
  public:
-  /// The coordinates of the true pixels, in sweep order. None is fine.
+  /// The coordinates of the true pixels, in sweep order. There may be none.
   void FromNonZeroPixels(const ZUMImage<ZUMBool>& image);
 
   /// Reorders the points as ZUMDisplacementArray::Disarrange does.
@@ -80,12 +81,11 @@ class ZUML_API ZUMDisplacementArray : public ZUMArray<long long> {
   /// The true pixels, negated channel by channel.
   void SymmetricFromNonZeroPixels(const ZUMRaster& target, const ZUMImage<ZUMBool>& element);
 
-  /// The pixels equal to `value`. None is fine, and leaves an empty array.
+  /// The pixels equal to `value`. Where there are none, the array is empty.
   template <ZUMDiscretePixel P>
   void FromEqualPixels(const ZUMRaster& target, const ZUMImage<P>& element,
                        std::type_identity_t<P> value);
-  /// The pixels equal to `value`, negated channel by channel. None is fine, and leaves an empty
-  /// array.
+  /// The same, negated channel by channel.
   template <ZUMDiscretePixel P>
   void SymmetricFromEqualPixels(const ZUMRaster& target, const ZUMImage<P>& element,
                                 std::type_identity_t<P> value);
@@ -106,15 +106,15 @@ class ZUML_API ZUMDisplacementArray : public ZUMArray<long long> {
   /// ZUMDisplacementArray::FromNonZeroPixels.
   void SymmetricFromNonZeroPixelsL2ROut(const ZUMRaster& target, const ZUMImage<ZUMBool>& element);
 
-  /// The points in order, in channel 0. None is fine.
+  /// The points in order, in channel 0. The list may be empty.
   void FromPointList(const ZUMRaster& target, const ZUMPointList& points);
 
   /// The pixels of a closed curve in the order of a walk along it. The curve is one pixel wide,
   /// runs around the origin and lies in the first channel and the plane Z = T = 0 of `path`. The
-  /// walk starts at the first true pixel right of the origin on the line Y = 0 and goes on to the
-  /// first neighbour not visited yet in the order E, SE, S, SW, W, NW, N, NE (Y grows downwards),
-  /// until there is none. Throws XQException "ZUMAddFrame: It is not allowed add a frame to an
-  /// empty image", "SurroundPath: path start not found".
+  /// walk starts at the first true pixel of its region right of the origin on the line Y = 0 and
+  /// goes on to the first neighbour not visited yet in the order E, SE, S, SW, W, NW, N, NE (Y
+  /// grows downwards), until there is none. Throws XQException "ZUMAddFrame: It is not allowed add
+  /// a frame to an empty image", "SurroundPath: path start not found".
   void SurroundPath(const ZUMRaster& target, const ZUMImage<ZUMBool>& path);
 
   /// Keeps, in order, the offsets strictly above `limit`: with 0, the pixels that a forward sweep
@@ -122,9 +122,9 @@ class ZUML_API ZUMDisplacementArray : public ZUMArray<long long> {
   void GreaterDisplacements(int limit);
   /// Keeps, in order, the offsets strictly below `limit`.
   void LessDisplacements(int limit);
-  /// Brings the elements into a fixed order in which neighbours lay far apart before, so that a
-  /// test that gives up at its first failure fails early: first strides over the whole array, then
-  /// over ever smaller parts of it.
+  /// Brings the elements into a fixed order whose neighbours lay far apart before, so that a test
+  /// that gives up at its first failure fails early: strides over the whole array come first, then
+  /// strides over ever smaller parts of it.
   void Disarrange();
 };
 

@@ -1,11 +1,12 @@
 #include "zuml/core/zumimage.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <ostream>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
-#include "zuml/core/velombinding.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumsweep.h"
 
@@ -34,6 +35,36 @@ template <class PixT>
 void RequirePixel(const ZUMImage<PixT>& image, int x, int y, int z, int t, int c) {
   if (!image.InP(x, y, z, t) || c >= image.GetCSz()) {
     throw XQException("Pixel coordinates out of image (%d,%d,%d,%d,%d)", x, y, z, t, c);
+  }
+}
+
+const char* PixelTypeName(ZUMPixelType type) {
+  switch (type) {
+#define ZUML_NAME_CASE(TYPE) \
+  case TYPE##Pixel:          \
+    return &#TYPE[3];  // without the prefix: "Bool", "Byte", ...
+    ZUML_ALL_TYPES(ZUML_NAME_CASE)
+#undef ZUML_NAME_CASE
+  }
+  return "Unknown";
+}
+
+void PrintRegion(std::ostream& stream, const ZUMRegionOfDefinition& rod) {
+  if (!zuml_detail::IsBox(rod)) {
+    stream << "RoD Shape unknown";
+    return;
+  }
+  const ZUMBasePoint<int> b = rod.Begin(), e = rod.End();
+  if (b.t != 0 || e.t != 0) {
+    stream << '(' << b.x << ',' << b.y << ',' << b.z << ',' << b.t << ")-(" << e.x << ',' << e.y
+           << ',' << e.z << ',' << e.t << ')';
+  } else if (b.z != 0 || e.z != 0) {
+    stream << '(' << b.x << ',' << b.y << ',' << b.z << ")-(" << e.x << ',' << e.y << ',' << e.z
+           << ')';
+  } else if (b.y != 0 || e.y != 0) {
+    stream << '(' << b.x << ',' << b.y << ")-(" << e.x << ',' << e.y << ')';
+  } else {
+    stream << '[' << b.x << ',' << e.x << ']';
   }
 }
 
@@ -195,6 +226,7 @@ ZUMImage<ZUMComplex> ZUMNullImageComplex() { return {}; }
 ZUMImage<ZUMPointer> ZUMNullImagePointer() { return {}; }
 
 std::ostream& operator<<(std::ostream& stream, const ZUMGenericImage& image) {
-  ZUMGenericImagePrint(stream, image);
-  return stream;
+  stream << "<Im" << PixelTypeName(image.GetType()) << ':' << static_cast<const void*>(&image);
+  PrintRegion(stream, image.RoD());
+  return stream << 'C' << image.GetCSz() << '>';
 }

@@ -2,33 +2,34 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <iterator>
 
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumsweep.h"
+
+using zuml_detail::Axis;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
 
 namespace {
 
-ZUMBasePoint<int> Negate(const ZUMBasePoint<int>& p) { return {-p.x, -p.y, -p.z, -p.t}; }
-
-// The region with its low sides moved by `low` and its high sides by `high`.
-ZUMRoDRef MoveSides(const ZUMRoDRef& rod, const ZUMBasePoint<int>& low,
-                    const ZUMBasePoint<int>& high) {
-  return DisplaceSides(rod, low.x, low.y, low.z, low.t, high.x, high.y, high.z, high.t);
+// The least int, which has no negative, becomes the greatest.
+ZUMBasePoint<int> Negate(const ZUMBasePoint<int>& p) {
+  const auto negate = [](std::int64_t a) { return zuml_detail::ToCoordinate(-a); };
+  return {negate(p.x), negate(p.y), negate(p.z), negate(p.t)};
 }
 
-using Size = int (ZUMRoDRef::*)() const;
-constexpr Size kX = &ZUMRoDRef::RoDXSz;
-constexpr Size kY = &ZUMRoDRef::RoDYSz;
-constexpr Size kZ = &ZUMRoDRef::RoDZSz;
-constexpr Size kT = &ZUMRoDRef::RoDTSz;
-
 // Whether the box has no extent but along that axis. The sides count, also where it is empty.
-bool IsLine(const ZUMRoDRef& rod, Size along) {
-  const Size sizes[] = {kX, kY, kZ, kT};
-  return std::all_of(std::begin(sizes), std::end(sizes),
-                     [&](Size size) { return size == along || (rod.*size)() < 2; });
+bool IsLine(const ZUMRoDRef& rod, Axis along) {
+  const ZUMRect box = rod.Rect();
+  return std::all_of(std::begin(zuml_detail::kAxes), std::end(zuml_detail::kAxes), [&](Axis axis) {
+    return axis == along || zuml_detail::SizeOf(box, axis) < 2;
+  });
 }
 
 }  // namespace
@@ -37,14 +38,15 @@ template <ZUMKernelCoefficient T>
 ZUMSubKernel<T>::ZUMSubKernel(const ZUMImage<T>& image)
     : factors_(static_cast<std::size_t>(image.GetCSz())),
       box_(image.BeginX(), image.BeginY(), 0, 0, image.EndX(), image.EndY(), 0, 0) {
-  for (ZUMGenericSweepCoords1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    auto& factors = factors_[static_cast<std::size_t>(sweep.GetC())];
-    const T* const end = static_cast<const T*>(sweep.GetEnd1());
-    int x = sweep.GetX();
-    for (const T* p = static_cast<const T*>(sweep.GetStart1()); p <= end; ++p, ++x) {
-      if (*p != 0) factors.PushBack({*p, x, sweep.GetY(), sweep.GetZ(), sweep.GetT()});
-    }
-  }
+  ZUMForEachPlacedRun(
+      image,
+      [this](const ZUMRunPlace& at, const T* pixels, std::ptrdiff_t n) {
+        auto& factors = factors_[static_cast<std::size_t>(at.c)];
+        for (int i = 0; i < n; ++i) {
+          if (pixels[i] != 0) factors.PushBack({pixels[i], at.x + i, at.y, at.z, at.t});
+        }
+      },
+      image);
 }
 
 template <ZUMKernelCoefficient T>
@@ -59,12 +61,12 @@ ZUMRect ZUMSubKernel<T>::GetSymmetricFrame() const {
 
 template <ZUMKernelCoefficient T>
 ZUMRoDRef ZUMSubKernel<T>::DirectRoD(const ZUMRoDRef& rod) const {
-  return MoveSides(rod, Negate(box_.begin), Negate(box_.end));
+  return zuml_detail::MakeDirectRegion(rod, box_);
 }
 
 template <ZUMKernelCoefficient T>
 ZUMRoDRef ZUMSubKernel<T>::SymmetricRoD(const ZUMRoDRef& rod) const {
-  return MoveSides(rod, box_.end, box_.begin);
+  return zuml_detail::MakeMirroredRegion(rod, box_);
 }
 
 template <ZUMKernelCoefficient T>

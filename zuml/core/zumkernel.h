@@ -67,10 +67,10 @@ class ZUML_API ZUMKernel {
  public:
   /// One stage.
   explicit ZUMKernel(const ZUMImage<T>& image);
-  /// A separable kernel: a line along each axis, where an empty image stands for none on that axis.
-  /// The stages have the order of the arguments. Throws XQException "ZUMLSKernel::ZUMKernel: Non
-  /// linear kernel aren't allowed" for an image that extends along another axis than its own, and
-  /// "ZUMLSKernel::ZUMKernel: kernels with different number of channels".
+  /// A separable kernel: a line along each axis, where an empty image stands for no kernel on that
+  /// axis. The stages have the order of the arguments. Throws XQException "ZUMLSKernel::ZUMKernel:
+  /// Non linear kernel aren't allowed" for an image whose box, empty or not, extends along another
+  /// axis than its own, and "ZUMLSKernel::ZUMKernel: kernels with different number of channels".
   ZUMKernel(const ZUMImage<T>& kx, const ZUMImage<T>& ky, const ZUMImage<T>& kz,
             const ZUMImage<T>& kt);
 

@@ -187,6 +187,7 @@ ZUMBasePoint<int> ZUMRaster::AddressCoord(const void* p) const {
 }
 
 ZUMBasePoint<int> ZUMRaster::AddressCoord(const void* p, int& c) const {
+  using zuml_detail::WrapSum;
   std::ptrdiff_t e =
       (static_cast<const char*>(p) - static_cast<const char*>(GetData())) / raster_->GetPixSz();
   const auto take = [&e](int size) {
@@ -195,10 +196,10 @@ ZUMBasePoint<int> ZUMRaster::AddressCoord(const void* p, int& c) const {
     return coordinate;
   };
   ZUMBasePoint<int> point;
-  point.x = take(GetXSz()) + mp_.x;
-  point.y = take(GetYSz()) + mp_.y;
-  point.z = take(GetZSz()) + mp_.z;
-  point.t = take(GetTSz()) + mp_.t;
+  point.x = WrapSum(take(GetXSz()), mp_.x);
+  point.y = WrapSum(take(GetYSz()), mp_.y);
+  point.z = WrapSum(take(GetZSz()), mp_.z);
+  point.t = WrapSum(take(GetTSz()), mp_.t);
   c = static_cast<int>(e) + mpc_;
   return point;
 }

@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
 
 #include "zuml/core/export.h"
 #include "zuml/core/pixeltypes.h"
@@ -11,14 +12,31 @@
 
 class ZUMRegionOfDefinition;
 
+namespace zuml_detail {
+
+/// Sums and differences of coordinates modulo 2^32. The margin of a framed raster may lie beyond
+/// the ends of 32 bits, and with it the origin; the distance of two points of one raster is below
+/// 2^31 and so comes out right.
+constexpr int WrapSum(int a, int b) {
+  return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+constexpr int WrapDifference(int a, int b) {
+  return static_cast<int>(static_cast<unsigned>(a) - static_cast<unsigned>(b));
+}
+
+}  // namespace zuml_detail
+
 /// One block of pixels of one type. X runs fastest, then Y, Z, T; channels are planar and
 /// outermost, without gaps anywhere. A block is at most 2^31 - 1 bytes.
 class ZUML_API ZUMSimpleRaster {
  public:
-  /// A block with undefined contents; no block if a size is 0. Throws XQException for negative
-  /// sizes and for a block beyond 2^31 - 1 bytes.
+  /// A block with undefined contents; without memory if a size is 0. Throws XQException
+  /// "ZUMSimpleRaster: negative size %lld", or "ZUMSimpleRaster: a block of %lld x %lld x %lld x
+  /// %lld pixels with %lld channels of %d bytes is beyond the limit of 2147483647 bytes", also
+  /// where a single size is beyond it. Both are found before memory is taken.
   ZUMSimpleRaster(int x, int y, int z, int t, int c, ZUMPixelType type);
   /// Wraps the caller's pixels, which must outlive all views; with null, a block of its own.
+  /// Throws as above.
   ZUMSimpleRaster(int x, int y, int z, int t, int c, ZUMPixelType type, void* data);
   ZUMSimpleRaster& operator=(const ZUMSimpleRaster&) = delete;
   ~ZUMSimpleRaster();
@@ -27,7 +45,7 @@ class ZUML_API ZUMSimpleRaster {
   /// Drops one reference; the last one frees the pixels, if they are the block's own, and deletes.
   void Unlink() const noexcept;
 
-  /// Bytes of one pixel; 0 for a value that is no pixel type.
+  /// Bytes of one pixel; 0 for a value that is not a pixel type.
   static int PixelTypeToSz(ZUMPixelType type);
 
   ZUMPixelType GetType() const { return type_; }
@@ -55,7 +73,7 @@ class ZUML_API ZUMSimpleRaster {
   }
   /// The same in bytes.
   int ByteDisplacement(int x, int y, int z, int t, int c) const {
-    return static_cast<int>(Offset(x, y, z, t, c) * pix_sz_);
+    return static_cast<int>(Offset(x, y, z, t, c, pix_sz_));
   }
   int ByteDisplacement(const ZUMBasePoint<int>& p, int c) const {
     return ByteDisplacement(p.x, p.y, p.z, p.t, c);
@@ -72,8 +90,12 @@ class ZUML_API ZUMSimpleRaster {
   friend class ZUMRaster;
   ZUMSimpleRaster(const ZUMSimpleRaster&);
 
-  std::ptrdiff_t Offset(int x, int y, int z, int t, int c) const {
-    return (((std::ptrdiff_t{c} * t_sz_ + t) * z_sz_ + z) * y_sz_ + y) * x_sz_ + x;
+  // Modulo 2^64, like an address: steps from an element far outside of the block may exceed it.
+  std::ptrdiff_t Offset(int x, int y, int z, int t, int c, int pixel = 1) const {
+    const auto wide = [](int a) { return static_cast<std::uint64_t>(std::int64_t{a}); };
+    const std::uint64_t frames = wide(c) * wide(t_sz_) + wide(t);
+    const std::uint64_t lines = (frames * wide(z_sz_) + wide(z)) * wide(y_sz_) + wide(y);
+    return static_cast<std::ptrdiff_t>((lines * wide(x_sz_) + wide(x)) * wide(pixel));
   }
 
   mutable std::atomic<int> count_{0};
@@ -86,6 +108,9 @@ class ZUML_API ZUMSimpleRaster {
 
 /// A view on a block: the coordinates MPX..MPT of the block's first pixel, the number of channels
 /// seen, and their offset: channel c of the view is channel c - MPC of the block.
+///
+/// Coordinates count modulo 2^32: where the margin of a framed raster would lie below the least int
+/// or above the greatest, it has the coordinates of the other end.
 class ZUML_API ZUMRaster {
  public:
   /// A new block over the region. An empty region gives a block of size 0 without data.
@@ -137,10 +162,14 @@ class ZUML_API ZUMRaster {
   // Moving MP translates an image without touching its pixels. The channel offset stays.
   void SetMP(const ZUMBasePoint<int>& p) { mp_ = p; }
   void AddMP(const ZUMBasePoint<int>& p) {
-    mp_ = ZUMBasePoint<int>(mp_.x + p.x, mp_.y + p.y, mp_.z + p.z, mp_.t + p.t);
+    using zuml_detail::WrapSum;
+    mp_ = ZUMBasePoint<int>(WrapSum(mp_.x, p.x), WrapSum(mp_.y, p.y), WrapSum(mp_.z, p.z),
+                            WrapSum(mp_.t, p.t));
   }
   void SubMP(const ZUMBasePoint<int>& p) {
-    mp_ = ZUMBasePoint<int>(mp_.x - p.x, mp_.y - p.y, mp_.z - p.z, mp_.t - p.t);
+    using zuml_detail::WrapDifference;
+    mp_ = ZUMBasePoint<int>(WrapDifference(mp_.x, p.x), WrapDifference(mp_.y, p.y),
+                            WrapDifference(mp_.z, p.z), WrapDifference(mp_.t, p.t));
   }
 
   int Displacement(int x, int y, int z, int t, int c) const {
@@ -155,20 +184,25 @@ class ZUML_API ZUMRaster {
   }
   // The steps of the reflected element.
   int SymmetricDisplacement(int x, int y, int z, int t, int c) const {
-    return -Displacement(x, y, z, t, c);
+    return zuml_detail::WrapDifference(0, Displacement(x, y, z, t, c));
   }
-  int SymmetricDisplacement(const ZUMBasePoint<int>& p, int c) const { return -Displacement(p, c); }
+  int SymmetricDisplacement(const ZUMBasePoint<int>& p, int c) const {
+    return SymmetricDisplacement(p.x, p.y, p.z, p.t, c);
+  }
   int ByteSymmetricDisplacement(int x, int y, int z, int t, int c) const {
-    return -ByteDisplacement(x, y, z, t, c);
+    return zuml_detail::WrapDifference(0, ByteDisplacement(x, y, z, t, c));
   }
   int ByteSymmetricDisplacement(const ZUMBasePoint<int>& p, int c) const {
-    return -ByteDisplacement(p, c);
+    return ByteSymmetricDisplacement(p.x, p.y, p.z, p.t, c);
   }
 
   /// Where the pixel lies; coordinates are not tested.
   void* PixelAddress(int x, int y, int z, int t, int c) const {
+    using zuml_detail::WrapDifference;
     return static_cast<char*>(raster_->data_) +
-           raster_->Offset(x - mp_.x, y - mp_.y, z - mp_.z, t - mp_.t, c - mpc_) * raster_->pix_sz_;
+           raster_->Offset(WrapDifference(x, mp_.x), WrapDifference(y, mp_.y),
+                           WrapDifference(z, mp_.z), WrapDifference(t, mp_.t),
+                           WrapDifference(c, mpc_), raster_->pix_sz_);
   }
   void* PixelAddress(const ZUMBasePoint<int>& p, int c) const {
     return PixelAddress(p.x, p.y, p.z, p.t, c);

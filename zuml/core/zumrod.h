@@ -138,8 +138,8 @@ class ZUML_API ZUMRegionOfDefinition {
                             ZUMBool value) const = 0;
 
   /// Part i of n (0 <= i < n) along the first axis in the order Y, Z, T, X that has at least n
-  /// coordinates. If none has, part 0 is the whole and the others are empty, as is a part outside
-  /// 0 to n - 1.
+  /// coordinates. If no axis has, or the region is empty, part 0 is the whole and the others are
+  /// empty, as is a part outside 0 to n - 1.
   virtual ZUMRegionOfDefinition* RoDPart(int i, int n) const = 0;
   /// The same, never cut along X: the axes Y, Z, T are tried.
   virtual ZUMRegionOfDefinition* RoDHorizontalPart(int i, int n) const = 0;
@@ -150,7 +150,7 @@ class ZUML_API ZUMRegionOfDefinition {
   /// Drops one reference; the last one deletes the region.
   void Unlink() const noexcept;
 
-  /// End - begin + 1 on each axis, also for an empty region.
+  /// End - begin + 1 on each axis, also for an empty region; the low 32 bits where it has more.
   int RoDXSz() const { return Size(BeginX(), EndX()); }
   int RoDYSz() const { return Size(BeginY(), EndY()); }
   int RoDZSz() const { return Size(BeginZ(), EndZ()); }

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "zuml/core/detail/boxes.h"
-#include "zuml/core/typenames.h"
+#include "zuml/core/detail/typenames.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumimage.h"
 
@@ -38,6 +38,8 @@ ZUMRect Mirror(ZUMRect box, Axis axis) {
   return box;
 }
 
+ZUMBasePoint<std::int64_t> Widen(const ZUMBasePoint<int>& p) { return {p.x, p.y, p.z, p.t}; }
+
 // Part i of n, cut along the first of the axes that has at least n coordinates.
 ZUMRegionOfDefinition* CutPart(const ZUMRoDRect& rod, int i, int n,
                                std::initializer_list<Axis> axes) {
@@ -45,7 +47,7 @@ ZUMRegionOfDefinition* CutPart(const ZUMRoDRect& rod, int i, int n,
   if (i < 0 || i >= n) return new ZUMRoDRect();
   if (!rod.EmptyP()) {
     for (Axis axis : axes) {
-      const std::int64_t size = std::int64_t{box.end.*axis} - box.begin.*axis + 1;
+      const std::int64_t size = zuml_detail::SizeOf(box, axis);
       if (size < n) continue;
       ZUMRect part = box;
       part.begin.*axis = static_cast<int>(box.begin.*axis + size * i / n);
@@ -57,27 +59,30 @@ ZUMRegionOfDefinition* CutPart(const ZUMRoDRect& rod, int i, int n,
 }
 
 // The lines of the widened box are filled whole where they miss the inner box on Y, Z or T, and
-// outside of its X range elsewhere.
+// outside of its X range elsewhere. The margins may lie beyond the ends of 32 bits, where the
+// raster's coordinates wrap.
 template <class P>
 void FillFrame(const ZUMRect& inner, const ZUMImage<P>& image, const ZUMRect& frame, P value) {
-  const ZUMBasePoint<int> b = inner.begin, e = inner.end;
-  const ZUMRect outer(b.x - frame.begin.x, b.y - frame.begin.y, b.z - frame.begin.z,
-                      b.t - frame.begin.t, e.x + frame.end.x, e.y + frame.end.y, e.z + frame.end.z,
-                      e.t + frame.end.t);
-  const auto fill = [&](int first, int last, int y, int z, int t, int c) {
-    if (first > last) return;
-    P* start = &image(first, y, z, t, c);
-    std::fill(start, start + (last - first + 1), value);
-  };
+  const ZUMBasePoint<std::int64_t> b = Widen(inner.begin), e = Widen(inner.end);
+  const ZUMBasePoint<std::int64_t> low = Widen(frame.begin), high = Widen(frame.end);
+  const std::int64_t begin_x = b.x - low.x, end_x = e.x + high.x;
+  if (begin_x > end_x) return;
   for (int c = 0; c < image.GetCSz(); ++c) {
-    for (int t = outer.begin.t; t <= outer.end.t; ++t) {
-      for (int z = outer.begin.z; z <= outer.end.z; ++z) {
-        for (int y = outer.begin.y; y <= outer.end.y; ++y) {
+    for (std::int64_t t = b.t - low.t; t <= e.t + high.t; ++t) {
+      for (std::int64_t z = b.z - low.z; z <= e.z + high.z; ++z) {
+        for (std::int64_t y = b.y - low.y; y <= e.y + high.y; ++y) {
+          const auto fill = [&](std::int64_t first, std::int64_t last) {
+            if (first > last) return;
+            const auto wrap = [](std::int64_t a) { return static_cast<int>(a); };
+            P* const start =
+                static_cast<P*>(image.PixelAddress(wrap(first), wrap(y), wrap(z), wrap(t), c));
+            std::fill(start, start + (last - first + 1), value);
+          };
           if (t < b.t || t > e.t || z < b.z || z > e.z || y < b.y || y > e.y) {
-            fill(outer.begin.x, outer.end.x, y, z, t, c);
+            fill(begin_x, end_x);
           } else {
-            fill(outer.begin.x, b.x - 1, y, z, t, c);
-            fill(e.x + 1, outer.end.x, y, z, t, c);
+            fill(begin_x, b.x - 1);
+            fill(e.x + 1, end_x);
           }
         }
       }

@@ -30,9 +30,9 @@ class ZUML_API ZUMRoDRect final : public ZUMRegionOfDefinition {
   using ZUMRegionOfDefinition::InP;
 
   /// Throws XQException "ZUMRoDRect::Intersection no implementada para %s" with the class name if
-  /// the other region is no box.
+  /// the other region is not a box.
   ZUMRegionOfDefinition* Intersection(const ZUMRegionOfDefinition& other) const override;
-  /// Throws XQException "ZUMRoDRect::Union No implementada": the union of two boxes is no box.
+  /// Throws XQException "ZUMRoDRect::Union No implementada": the union of two boxes is not a box.
   ZUMRegionOfDefinition* Union(const ZUMRegionOfDefinition& other) const override;
   ZUMRegionOfDefinition* DisplaceSides(int bx, int by, int bz, int bt, int ex, int ey, int ez,
                                        int et) const override;

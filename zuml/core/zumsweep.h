@@ -15,9 +15,14 @@
 ///     for (; s <= end; ++s, ++r) *r = *s;
 ///     sweep.Next();
 ///   }
+///
+/// A sweep over an empty region, or over a first raster without channels or pixels, is at its end
+/// from the beginning. Next stays at the end.
 #pragma once
 
+#include <cstddef>
 #include <memory>
+#include <tuple>
 
 #include "zuml/core/export.h"
 #include "zuml/core/zumraster.h"
@@ -66,182 +71,6 @@ class ZUML_API ZUMContinuousSweeper {
   virtual void Next(ZUMGenericContinuousSweep<N>* sweep) = 0;
 };
 
-namespace zuml_detail {
-
-/// N starts and the end of the first raster's run, shared by the forward states. The fields are
-/// written by the region's sweepers.
-template <int N>
-struct SweepStarts {
-  void* start[N] = {};
-  void* end1 = nullptr;
-
-  void* Start(int k) const { return start[k]; }
-};
-
-}  // namespace zuml_detail
-
-/// A sweep along lines, low X to high X. At its end GetStart1 is null.
-template <int N>
-class ZUML_API ZUMGenericSweep {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericSweep(const ZUMRoDRef& rod,
-                                                             const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.Sweep1(*this, r...);
-    if constexpr (N == 2) region.Sweep2(*this, r...);
-    if constexpr (N == 3) region.Sweep3(*this, r...);
-    if constexpr (N == 4) region.Sweep4(*this, r...);
-    if constexpr (N == 5) region.Sweep5(*this, r...);
-  }
-  ZUMGenericSweep(const ZUMGenericSweep&) = delete;
-  ZUMGenericSweep& operator=(const ZUMGenericSweep&) = delete;
-
-  void Next() { sweeper->Next(this); }
-
-  void* GetStart1() const { return at.Start(0); }
-  void* GetStart2() const requires(N >= 2) { return at.Start(1); }
-  void* GetStart3() const requires(N >= 3) { return at.Start(2); }
-  void* GetStart4() const requires(N >= 4) { return at.Start(3); }
-  void* GetStart5() const requires(N >= 5) { return at.Start(4); }
-  void* GetEnd1() const { return at.end1; }
-
-  // For the sweepers.
-  zuml_detail::SweepStarts<N> at;
-  std::unique_ptr<ZUMSweeper<N>> sweeper;
-};
-
-/// A sweep along columns, low Y to high Y. The caller goes down a column by the line step of each
-/// raster, in bytes.
-template <int N>
-class ZUML_API ZUMGenericSweepY {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericSweepY(const ZUMRoDRef& rod,
-                                                              const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.SweepY1(*this, r...);
-    if constexpr (N == 2) region.SweepY2(*this, r...);
-    if constexpr (N == 3) region.SweepY3(*this, r...);
-    if constexpr (N == 4) region.SweepY4(*this, r...);
-  }
-  ZUMGenericSweepY(const ZUMGenericSweepY&) = delete;
-  ZUMGenericSweepY& operator=(const ZUMGenericSweepY&) = delete;
-
-  void Next() { sweeper->Next(this); }
-
-  void* GetStart1() const { return at.Start(0); }
-  void* GetStart2() const requires(N >= 2) { return at.Start(1); }
-  void* GetStart3() const requires(N >= 3) { return at.Start(2); }
-  void* GetStart4() const requires(N >= 4) { return at.Start(3); }
-  void* GetEnd1() const { return at.end1; }
-  int GetLineStep1() const { return LineStep(0); }
-  int GetLineStep2() const requires(N >= 2) { return LineStep(1); }
-  int GetLineStep3() const requires(N >= 3) { return LineStep(2); }
-  int GetLineStep4() const requires(N >= 4) { return LineStep(3); }
-
-  // For the sweepers.
-  zuml_detail::SweepStarts<N> at;
-  int LineStep(int k) const { return line_step[k]; }
-  int line_step[N] = {};
-  std::unique_ptr<ZUMSweeperY<N>> sweeper;
-};
-
-/// A line sweep that also tells the coordinates of the run's first pixel and the channel of the
-/// first raster's view.
-template <int N>
-class ZUML_API ZUMGenericSweepCoords {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericSweepCoords(const ZUMRoDRef& rod,
-                                                                   const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.SweepCoords1(*this, r...);
-    if constexpr (N == 2) region.SweepCoords2(*this, r...);
-    if constexpr (N == 3) region.SweepCoords3(*this, r...);
-    if constexpr (N == 4) region.SweepCoords4(*this, r...);
-  }
-  ZUMGenericSweepCoords(const ZUMGenericSweepCoords&) = delete;
-  ZUMGenericSweepCoords& operator=(const ZUMGenericSweepCoords&) = delete;
-
-  void Next() { sweeper->Next(this); }
-
-  void* GetStart1() const { return at.Start(0); }
-  void* GetStart2() const requires(N >= 2) { return at.Start(1); }
-  void* GetStart3() const requires(N >= 3) { return at.Start(2); }
-  void* GetStart4() const requires(N >= 4) { return at.Start(3); }
-  void* GetEnd1() const { return at.end1; }
-  int GetX() const { return point.x; }
-  int GetY() const { return point.y; }
-  int GetZ() const { return point.z; }
-  int GetT() const { return point.t; }
-  int GetC() const { return channel; }
-
-  // For the sweepers.
-  zuml_detail::SweepStarts<N> at;
-  ZUMBasePoint<int> point;
-  int channel = 0;
-  std::unique_ptr<ZUMSweeperCoords<N>> sweeper;
-};
-
-/// A sweep along lines backwards: from the last line of the last channel to the first, the caller
-/// walking each run from its end down to its start. At its end GetEnd1 is null.
-template <int N>
-class ZUML_API ZUMGenericInvSweep {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericInvSweep(const ZUMRoDRef& rod,
-                                                                const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.InvSweep1(*this, r...);
-    if constexpr (N == 2) region.InvSweep2(*this, r...);
-    if constexpr (N == 3) region.InvSweep3(*this, r...);
-    if constexpr (N == 4) region.InvSweep4(*this, r...);
-  }
-  ZUMGenericInvSweep(const ZUMGenericInvSweep&) = delete;
-  ZUMGenericInvSweep& operator=(const ZUMGenericInvSweep&) = delete;
-
-  void Previous() { sweeper->Previous(this); }
-
-  void* GetStart1() const { return start1; }
-  void* GetEnd1() const { return End(0); }
-  void* GetEnd2() const requires(N >= 2) { return End(1); }
-  void* GetEnd3() const requires(N >= 3) { return End(2); }
-  void* GetEnd4() const requires(N >= 4) { return End(3); }
-
-  // For the sweepers.
-  void* End(int k) const { return end[k]; }
-  void* start1 = nullptr;
-  void* end[N] = {};
-  std::unique_ptr<ZUMInvSweeper<N>> sweeper;
-};
-
-/// The backward sweep with coordinates exists by name only: making one and calling Previous report
-/// a failed check, and it visits nothing.
-template <int N>
-class ZUML_API ZUMGenericInvSweepCoords {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericInvSweepCoords(const ZUMRoDRef& rod,
-                                                                      const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.InvSweepCoords1(*this, r...);
-    if constexpr (N == 2) region.InvSweepCoords2(*this, r...);
-    if constexpr (N == 3) region.InvSweepCoords3(*this, r...);
-    if constexpr (N == 4) region.InvSweepCoords4(*this, r...);
-  }
-  ZUMGenericInvSweepCoords(const ZUMGenericInvSweepCoords&) = delete;
-  ZUMGenericInvSweepCoords& operator=(const ZUMGenericInvSweepCoords&) = delete;
-
-  void Previous() { sweeper->Previous(this); }
-
-  void* GetStart1() const { return nullptr; }
-  void* GetEnd1() const { return nullptr; }
-
-  // For the sweepers.
-  std::unique_ptr<ZUMInvSweeperCoords<N>> sweeper;
-};
-
 /// How a continuous sweep walks its present run.
 enum ZUMCSDirections : int {
   /// A new run, from its first pixel Start1 to its last pixel End1, toward higher X.
@@ -254,32 +83,154 @@ enum ZUMCSDirections : int {
   ZUMCSEnd = 3
 };
 
+namespace zuml_detail {
+
+/// What the sweepers write: the starts of the run in N rasters and its end in the first.
+template <int N>
+struct SweepStarts {
+  void* start[static_cast<std::size_t>(N)] = {};
+  void* end1 = nullptr;
+
+  void* GetStart1() const { return start[0]; }
+  void* GetStart2() const requires(N >= 2) { return start[1]; }
+  void* GetStart3() const requires(N >= 3) { return start[2]; }
+  void* GetStart4() const requires(N >= 4) { return start[3]; }
+  void* GetStart5() const requires(N >= 5) { return start[4]; }
+  void* GetEnd1() const { return end1; }
+};
+
+/// With the line steps of the rasters.
+template <int N>
+struct SweepColumns : SweepStarts<N> {
+  int line_step[static_cast<std::size_t>(N)] = {};
+
+  int GetLineStep1() const { return line_step[0]; }
+  int GetLineStep2() const requires(N >= 2) { return line_step[1]; }
+  int GetLineStep3() const requires(N >= 3) { return line_step[2]; }
+  int GetLineStep4() const requires(N >= 4) { return line_step[3]; }
+};
+
+/// With the coordinates of the run's first pixel.
+template <int N>
+struct SweepPlaces : SweepStarts<N> {
+  ZUMBasePoint<int> point;
+  int channel = 0;
+
+  int GetX() const { return point.x; }
+  int GetY() const { return point.y; }
+  int GetZ() const { return point.z; }
+  int GetT() const { return point.t; }
+  int GetC() const { return channel; }
+};
+
+/// With the direction of the run.
+template <int N>
+struct SweepDirection : SweepStarts<N> {
+  ZUMCSDirections direction = ZUMCSEnd;
+
+  ZUMCSDirections GetDirection() const { return direction; }
+};
+
+/// The start of the run in the first raster and its ends in N.
+template <int N>
+struct SweepEnds {
+  void* start1 = nullptr;
+  void* end[static_cast<std::size_t>(N)] = {};
+
+  void* GetStart1() const { return start1; }
+  void* GetEnd1() const { return end[0]; }
+  void* GetEnd2() const requires(N >= 2) { return end[1]; }
+  void* GetEnd3() const requires(N >= 3) { return end[2]; }
+  void* GetEnd4() const requires(N >= 4) { return end[3]; }
+};
+
+/// What the sweep objects have in common: the fields, the sweeper, and the constructor, which has
+/// the region set both up by its operation for N rasters. kSetUp lists these for 1, 2, ... rasters.
+template <class Sweep, int N, class Fields, class Sweeper, auto... kSetUp>
+class SweepBase : public Fields {
+ public:
+  template <class... Rasters>
+  requires(sizeof...(Rasters) == N) explicit SweepBase(const ZUMRoDRef& rod, const Rasters&... r) {
+    constexpr auto set_up = std::get<N - 1>(std::tuple(kSetUp...));
+    (rod.RoD().*set_up)(static_cast<Sweep&>(*this), r...);
+  }
+  SweepBase(const SweepBase&) = delete;
+  SweepBase& operator=(const SweepBase&) = delete;
+
+  /// The next run, or in a walk backwards the previous one.
+  void Next() requires requires(Sweeper& sweeper, Sweep* sweep) { sweeper.Next(sweep); }
+  { sweeper->Next(static_cast<Sweep*>(this)); }
+  void Previous() requires requires(Sweeper& sweeper, Sweep* sweep) { sweeper.Previous(sweep); }
+  { sweeper->Previous(static_cast<Sweep*>(this)); }
+
+  std::unique_ptr<Sweeper> sweeper;
+};
+
+}  // namespace zuml_detail
+
+/// A sweep along lines, low X to high X. At its end GetStart1 is null.
+template <int N>
+class ZUML_API ZUMGenericSweep
+    : public zuml_detail::SweepBase<ZUMGenericSweep<N>, N, zuml_detail::SweepStarts<N>,
+                                    ZUMSweeper<N>, &ZUMRegionOfDefinition::Sweep1,
+                                    &ZUMRegionOfDefinition::Sweep2, &ZUMRegionOfDefinition::Sweep3,
+                                    &ZUMRegionOfDefinition::Sweep4,
+                                    &ZUMRegionOfDefinition::Sweep5> {
+  using ZUMGenericSweep::SweepBase::SweepBase;
+};
+
+/// A sweep along columns, low Y to high Y. The caller goes down a column by the line step of each
+/// raster, in bytes.
+template <int N>
+class ZUML_API ZUMGenericSweepY
+    : public zuml_detail::SweepBase<
+          ZUMGenericSweepY<N>, N, zuml_detail::SweepColumns<N>, ZUMSweeperY<N>,
+          &ZUMRegionOfDefinition::SweepY1, &ZUMRegionOfDefinition::SweepY2,
+          &ZUMRegionOfDefinition::SweepY3, &ZUMRegionOfDefinition::SweepY4> {
+  using ZUMGenericSweepY::SweepBase::SweepBase;
+};
+
+/// A line sweep that also tells the coordinates of the run's first pixel and the channel of the
+/// first raster's view.
+template <int N>
+class ZUML_API ZUMGenericSweepCoords
+    : public zuml_detail::SweepBase<
+          ZUMGenericSweepCoords<N>, N, zuml_detail::SweepPlaces<N>, ZUMSweeperCoords<N>,
+          &ZUMRegionOfDefinition::SweepCoords1, &ZUMRegionOfDefinition::SweepCoords2,
+          &ZUMRegionOfDefinition::SweepCoords3, &ZUMRegionOfDefinition::SweepCoords4> {
+  using ZUMGenericSweepCoords::SweepBase::SweepBase;
+};
+
+/// A sweep along lines backwards: from the last line of the last channel to the first, the caller
+/// walking each run from its end down to its start. At its end GetEnd1 is null.
+template <int N>
+class ZUML_API ZUMGenericInvSweep
+    : public zuml_detail::SweepBase<
+          ZUMGenericInvSweep<N>, N, zuml_detail::SweepEnds<N>, ZUMInvSweeper<N>,
+          &ZUMRegionOfDefinition::InvSweep1, &ZUMRegionOfDefinition::InvSweep2,
+          &ZUMRegionOfDefinition::InvSweep3, &ZUMRegionOfDefinition::InvSweep4> {
+  using ZUMGenericInvSweep::SweepBase::SweepBase;
+};
+
+/// The backward sweep with coordinates exists by name only: making one and calling Previous report
+/// a failed check, and it visits nothing.
+template <int N>
+class ZUML_API ZUMGenericInvSweepCoords
+    : public zuml_detail::SweepBase<
+          ZUMGenericInvSweepCoords<N>, N, zuml_detail::SweepEnds<N>, ZUMInvSweeperCoords<N>,
+          &ZUMRegionOfDefinition::InvSweepCoords1, &ZUMRegionOfDefinition::InvSweepCoords2,
+          &ZUMRegionOfDefinition::InvSweepCoords3, &ZUMRegionOfDefinition::InvSweepCoords4> {
+  using ZUMGenericInvSweepCoords::SweepBase::SweepBase;
+};
+
 /// A sweep along lines in alternating direction: inside a plane, each run starts below the pixel
 /// that the run before ended on. It ends with the direction 3.
 template <int N>
-class ZUML_API ZUMGenericContinuousSweep {
- public:
-  template <class... Rasters>
-  requires(sizeof...(Rasters) == N) explicit ZUMGenericContinuousSweep(const ZUMRoDRef& rod,
-                                                                       const Rasters&... r) {
-    const ZUMRegionOfDefinition& region = rod.RoD();
-    if constexpr (N == 1) region.ContinuousSweep1(*this, r...);
-    if constexpr (N == 2) region.ContinuousSweep2(*this, r...);
-  }
-  ZUMGenericContinuousSweep(const ZUMGenericContinuousSweep&) = delete;
-  ZUMGenericContinuousSweep& operator=(const ZUMGenericContinuousSweep&) = delete;
-
-  void Next() { sweeper->Next(this); }
-
-  ZUMCSDirections GetDirection() const { return direction; }
-  void* GetStart1() const { return at.Start(0); }
-  void* GetStart2() const requires(N >= 2) { return at.Start(1); }
-  void* GetEnd1() const { return at.end1; }
-
-  // For the sweepers.
-  ZUMCSDirections direction = ZUMCSEnd;
-  zuml_detail::SweepStarts<N> at;
-  std::unique_ptr<ZUMContinuousSweeper<N>> sweeper;
+class ZUML_API ZUMGenericContinuousSweep
+    : public zuml_detail::SweepBase<
+          ZUMGenericContinuousSweep<N>, N, zuml_detail::SweepDirection<N>, ZUMContinuousSweeper<N>,
+          &ZUMRegionOfDefinition::ContinuousSweep1, &ZUMRegionOfDefinition::ContinuousSweep2> {
+  using ZUMGenericContinuousSweep::SweepBase::SweepBase;
 };
 
 using ZUMGenericSweep1 = ZUMGenericSweep<1>;

@@ -1,5 +1,7 @@
 #include "zuml/core/zumsweeprect.h"
 
+#include <memory>
+
 #include "zuml/core/xqdiagnostics.h"
 
 using zuml_detail::SweepGeometry;
@@ -43,12 +45,12 @@ namespace {
 
 void* Advance(void* p, std::ptrdiff_t bytes) { return static_cast<char*>(p) + bytes; }
 
-// Nothing to visit: no point, no channel, or a block without pixels.
+// Whether there is no point, no channel, or no pixel in the block.
 bool IsEmptyWalk(const ZUMRoDRect& rod, const ZUMRaster& first) {
   return rod.EmptyP() || first.GetCSz() < 1 || first.GetData() == nullptr;
 }
 
-// A state is made for a walk that visits nothing: no start, the direction at its end.
+// Without a run, a sweep object stays as it was made: null pointers, the direction at its end.
 template <class Sweeper, class Sweep, int N>
 void SetUpSweep(const ZUMRoDRect& rod, Sweep& sweep, const ZUMRaster* const (&r)[N]) {
   sweep.sweeper = IsEmptyWalk(rod, *r[0]) ? std::make_unique<Sweeper>()
@@ -58,8 +60,9 @@ void SetUpSweep(const ZUMRoDRect& rod, Sweep& sweep, const ZUMRaster* const (&r)
 }  // namespace
 
 template <int N, bool Backward>
-zuml_detail::SweepWalk<N, Backward>::SweepWalk(const ZUMRect& box, const ZUMRaster* const (&r)[N],
-                                               bool columns, void* (&at)[N], void*& end) {
+zuml_detail::SweepWalk<N, Backward>::SweepWalk(const ZUMRect& box,
+                                               const zuml_detail::SweepRasters<N>& r, bool columns,
+                                               SweepPointers<N>& at, void*& end) {
   const int last_channel = r[0]->GetCSz() - 1;
   for (int k = 0; k < N; ++k) {
     const SweepGeometry geometry(box, *r[k], columns);
@@ -72,7 +75,7 @@ zuml_detail::SweepWalk<N, Backward>::SweepWalk(const ZUMRect& box, const ZUMRast
 }
 
 template <int N, bool Backward>
-SweepJump zuml_detail::SweepWalk<N, Backward>::Next(void* (&at)[N], void*& end) {
+SweepJump zuml_detail::SweepWalk<N, Backward>::Next(SweepPointers<N>& at, void*& end) {
   const SweepJump jump = JumpFrom(at[0]);
   if (jump == SweepJump::End) {
     at[0] = nullptr;
@@ -87,37 +90,37 @@ SweepJump zuml_detail::SweepWalk<N, Backward>::Next(void* (&at)[N], void*& end) 
 
 template <int N>
 ZUMSweeperRect<N>::ZUMSweeperRect(ZUMGenericSweep<N>& sweep, const ZUMRect& box,
-                                  const ZUMRaster* const (&r)[N])
-    : walk_(box, r, false, sweep.at.start, sweep.at.end1) {}
+                                  const zuml_detail::SweepRasters<N>& r)
+    : walk_(box, r, false, sweep.start, sweep.end1) {}
 
 template <int N>
 void ZUMSweeperRect<N>::Next(ZUMGenericSweep<N>* sweep) {
-  walk_.Next(sweep->at.start, sweep->at.end1);
+  walk_.Next(sweep->start, sweep->end1);
 }
 
 template <int N>
 ZUMSweeperRectY<N>::ZUMSweeperRectY(ZUMGenericSweepY<N>& sweep, const ZUMRect& box,
-                                    const ZUMRaster* const (&r)[N])
-    : walk_(box, r, true, sweep.at.start, sweep.at.end1) {
+                                    const zuml_detail::SweepRasters<N>& r)
+    : walk_(box, r, true, sweep.start, sweep.end1) {
   for (int k = 0; k < N; ++k) sweep.line_step[k] = r[k]->GetXSz() * r[k]->GetPixSz();
 }
 
 template <int N>
 void ZUMSweeperRectY<N>::Next(ZUMGenericSweepY<N>* sweep) {
-  walk_.Next(sweep->at.start, sweep->at.end1);
+  walk_.Next(sweep->start, sweep->end1);
 }
 
 template <int N>
 ZUMSweeperCoordsRect<N>::ZUMSweeperCoordsRect(ZUMGenericSweepCoords<N>& sweep, const ZUMRect& box,
-                                              const ZUMRaster* const (&r)[N])
-    : begin_(box.begin), walk_(box, r, false, sweep.at.start, sweep.at.end1) {
+                                              const zuml_detail::SweepRasters<N>& r)
+    : begin_(box.begin), walk_(box, r, false, sweep.start, sweep.end1) {
   sweep.point = box.begin;
 }
 
 template <int N>
 void ZUMSweeperCoordsRect<N>::Next(ZUMGenericSweepCoords<N>* sweep) {
   ZUMBasePoint<int>& p = sweep->point;
-  switch (walk_.Next(sweep->at.start, sweep->at.end1)) {
+  switch (walk_.Next(sweep->start, sweep->end1)) {
     case SweepJump::Unit:
       ++p.y;
       break;
@@ -141,7 +144,7 @@ void ZUMSweeperCoordsRect<N>::Next(ZUMGenericSweepCoords<N>* sweep) {
 
 template <int N>
 ZUMInvSweeperRect<N>::ZUMInvSweeperRect(ZUMGenericInvSweep<N>& sweep, const ZUMRect& box,
-                                        const ZUMRaster* const (&r)[N])
+                                        const zuml_detail::SweepRasters<N>& r)
     : walk_(box, r, false, sweep.end, sweep.start1) {}
 
 template <int N>
@@ -157,8 +160,8 @@ void ZUMInvSweeperCoordsRect<N>::Previous(ZUMGenericInvSweepCoords<N>*) {
 template <int N>
 ZUMContinuousSweeperRect<N>::ZUMContinuousSweeperRect(ZUMGenericContinuousSweep<N>& sweep,
                                                       const ZUMRect& box,
-                                                      const ZUMRaster* const (&r)[N])
-    : walk_(box, r, false, sweep.at.start, sweep.at.end1) {
+                                                      const zuml_detail::SweepRasters<N>& r)
+    : walk_(box, r, false, sweep.start, sweep.end1) {
   sweep.direction = ZUMCSNewRun;
 }
 
@@ -170,8 +173,8 @@ void ZUMContinuousSweeperRect<N>::Next(ZUMGenericContinuousSweep<N>* sweep) {
     XQVerifyFun("0", __FILE__, __LINE__, nullptr);
     return;
   }
-  auto& start = sweep->at.start;
-  void*& end1 = sweep->at.end1;
+  auto& start = sweep->start;
+  void*& end1 = sweep->end1;
   const SweepJump jump = walk_.JumpFrom(direction == ZUMCSNewRun ? start[0] : end1);
   if (jump == SweepJump::End) {
     sweep->direction = ZUMCSEnd;

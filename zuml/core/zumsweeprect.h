@@ -25,7 +25,7 @@ struct SweepSpans {
 /// What the runs of a box are in one raster, in bytes. For a walk backwards all are negated.
 struct SweepGeometry {
   std::ptrdiff_t run = 0;        // from a run's near end to its far end
-  std::ptrdiff_t steps[4] = {};  // for each jump, from the run before it to the run behind it
+  std::ptrdiff_t steps[4] = {};  // for each jump, from the run before it to the run after it
   SweepSpans spans;
 
   SweepGeometry() = default;
@@ -34,6 +34,11 @@ struct SweepGeometry {
   SweepGeometry operator-() const;
 };
 
+template <int N>
+using SweepRasters = const ZUMRaster* const[static_cast<std::size_t>(N)];
+template <int N>
+using SweepPointers = void * [static_cast<std::size_t>(N)];
+
 /// The walk of N pointers from run to run, at the near ends of the runs: the low ends, or in a walk
 /// backwards the high ones. The jumps follow from the first pointer alone, by its distance to the
 /// last run of the present plane, frame and channel, and of the whole. Addresses are compared as
@@ -41,11 +46,11 @@ struct SweepGeometry {
 template <int N, bool Backward>
 class SweepWalk {
  public:
-  /// A walk that visits nothing.
+  /// A walk without a run.
   SweepWalk() = default;
 
   /// Puts the pointers onto the first run, and `end` onto its far end in the first raster.
-  SweepWalk(const ZUMRect& box, const ZUMRaster* const (&r)[N], bool columns, void* (&at)[N],
+  SweepWalk(const ZUMRect& box, const SweepRasters<N>& r, bool columns, SweepPointers<N>& at,
             void*& end);
 
   /// The jump that leads on from the run at `at`.
@@ -66,7 +71,7 @@ class SweepWalk {
   }
 
   /// The next run. At the end the first pointer becomes null, and stays so.
-  SweepJump Next(void* (&at)[N], void*& end);
+  SweepJump Next(SweepPointers<N>& at, void*& end);
 
   const SweepGeometry& operator[](int k) const { return geometry_[k]; }
 
@@ -78,7 +83,7 @@ class SweepWalk {
     return Backward ? a > limit : a < limit;
   }
 
-  SweepGeometry geometry_[N];
+  SweepGeometry geometry_[static_cast<std::size_t>(N)];
   // With all of them 0, a null pointer is at the end.
   std::uintptr_t plane_ = 0;
   std::uintptr_t frame_ = 0;
@@ -91,9 +96,10 @@ class SweepWalk {
 template <int N>
 class ZUML_API ZUMSweeperRect final : public ZUMSweeper<N> {
  public:
-  /// Of a walk that visits nothing.
+  /// For an empty sweep, whose Next stays at the end.
   ZUMSweeperRect() = default;
-  ZUMSweeperRect(ZUMGenericSweep<N>& sweep, const ZUMRect& box, const ZUMRaster* const (&r)[N]);
+  ZUMSweeperRect(ZUMGenericSweep<N>& sweep, const ZUMRect& box,
+                 const zuml_detail::SweepRasters<N>& r);
   void Next(ZUMGenericSweep<N>* sweep) override;
 
  private:
@@ -103,9 +109,10 @@ class ZUML_API ZUMSweeperRect final : public ZUMSweeper<N> {
 template <int N>
 class ZUML_API ZUMSweeperRectY final : public ZUMSweeperY<N> {
  public:
-  /// Of a walk that visits nothing.
+  /// For an empty sweep, whose Next stays at the end.
   ZUMSweeperRectY() = default;
-  ZUMSweeperRectY(ZUMGenericSweepY<N>& sweep, const ZUMRect& box, const ZUMRaster* const (&r)[N]);
+  ZUMSweeperRectY(ZUMGenericSweepY<N>& sweep, const ZUMRect& box,
+                  const zuml_detail::SweepRasters<N>& r);
   void Next(ZUMGenericSweepY<N>* sweep) override;
 
  private:
@@ -115,10 +122,10 @@ class ZUML_API ZUMSweeperRectY final : public ZUMSweeperY<N> {
 template <int N>
 class ZUML_API ZUMSweeperCoordsRect final : public ZUMSweeperCoords<N> {
  public:
-  /// Of a walk that visits nothing.
+  /// For an empty sweep, whose Next stays at the end.
   ZUMSweeperCoordsRect() = default;
   ZUMSweeperCoordsRect(ZUMGenericSweepCoords<N>& sweep, const ZUMRect& box,
-                       const ZUMRaster* const (&r)[N]);
+                       const zuml_detail::SweepRasters<N>& r);
   void Next(ZUMGenericSweepCoords<N>* sweep) override;
 
  private:
@@ -129,10 +136,10 @@ class ZUML_API ZUMSweeperCoordsRect final : public ZUMSweeperCoords<N> {
 template <int N>
 class ZUML_API ZUMInvSweeperRect final : public ZUMInvSweeper<N> {
  public:
-  /// Of a walk that visits nothing.
+  /// For an empty sweep, whose Next stays at the end.
   ZUMInvSweeperRect() = default;
   ZUMInvSweeperRect(ZUMGenericInvSweep<N>& sweep, const ZUMRect& box,
-                    const ZUMRaster* const (&r)[N]);
+                    const zuml_detail::SweepRasters<N>& r);
   void Previous(ZUMGenericInvSweep<N>* sweep) override;
 
  private:
@@ -148,10 +155,10 @@ class ZUML_API ZUMInvSweeperCoordsRect final : public ZUMInvSweeperCoords<N> {
 template <int N>
 class ZUML_API ZUMContinuousSweeperRect final : public ZUMContinuousSweeper<N> {
  public:
-  /// Of a walk that visits nothing.
+  /// For an empty sweep, whose Next stays at the end.
   ZUMContinuousSweeperRect() = default;
   ZUMContinuousSweeperRect(ZUMGenericContinuousSweep<N>& sweep, const ZUMRect& box,
-                           const ZUMRaster* const (&r)[N]);
+                           const zuml_detail::SweepRasters<N>& r);
   void Next(ZUMGenericContinuousSweep<N>* sweep) override;
 
  private:

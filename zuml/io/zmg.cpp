@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "zuml/core/detail/boxes.h"
-#include "zuml/core/typenames.h"
+#include "zuml/core/detail/typenames.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumrodrect.h"
 #include "zuml/io/detail/files.h"

@@ -12,7 +12,7 @@
 
 namespace zuml_detail {
 
-/// Whether the region is a box, and no class of an application's own.
+/// Whether the region is the box, and not a class that an application has derived.
 inline bool IsBox(const ZUMRegionOfDefinition& region) {
   return typeid(region) == typeid(ZUMRoDRect);
 }
@@ -24,7 +24,7 @@ inline int ToCoordinate(std::int64_t a) {
                                                    std::numeric_limits<int>::max()));
 }
 
-/// The number of coordinates from the begin to the end, both inside; 0 or less if there are none.
+/// The number of coordinates from the begin to the end, both inside; 0 or less if they cross.
 inline std::int64_t SizeOf(const ZUMRect& box, Axis axis) {
   return std::int64_t{box.end.*axis} - box.begin.*axis + 1;
 }

@@ -1,4 +1,4 @@
-#include "zuml/core/typenames.h"
+#include "zuml/core/detail/typenames.h"
 
 #include <cxxabi.h>
 

@@ -4,11 +4,9 @@
 #include <string>
 #include <typeinfo>
 
-#include "zuml/core/export.h"
-
 namespace zuml_detail {
 
 /// The type's name as it is written in a source, such as "CTaskAddII<unsigned char>".
-ZUML_API std::string TypeName(const std::type_info& type);
+std::string TypeName(const std::type_info& type);
 
 }  // namespace zuml_detail
