@@ -20,6 +20,11 @@
 template <class OutT, ZUMWidensTo<OutT> InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMMaxL1Diff(const ZUMImage<InT>& image,
                                                    const ZUMImage<ZUMBool>& element);
-template <std::same_as<ZUMReal> OutT, ZUMScalarPixel InT>
+template <ZUMNotNamed OutT = void, ZUMScalarPixel InT>
+[[nodiscard]] ZUMImage<ZUMWidened<InT>> ZUMMaxL1Diff(const ZUMImage<InT>& image,
+                                                     const ZUMImage<ZUMBool>& element) {
+  return ZUMMaxL1Diff<ZUMWidened<InT>>(image, element);
+}
+template <std::same_as<ZUMReal> OutT = ZUMReal, ZUMScalarPixel InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMMaxL2Diff(const ZUMImage<InT>& image,
                                                    const ZUMImage<ZUMBool>& element);

@@ -18,6 +18,11 @@
 template <class OutT, ZUMWidensTo<OutT> InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateSum(const ZUMImage<InT>& image,
                                                    const ZUMImage<ZUMLong>& element);
+template <ZUMNotNamed OutT = void, ZUMScalarPixel InT>
+[[nodiscard]] ZUMImage<ZUMWidened<InT>> ZUMDilateSum(const ZUMImage<InT>& image,
+                                                     const ZUMImage<ZUMLong>& element) {
+  return ZUMDilateSum<ZUMWidened<InT>>(image, element);
+}
 
 /// The same over the source's region: at the border a label counts what it finds, or 0. An element
 /// without a pixel gives zeros. Throws XQException "CTaskDilateAcumEx: Multichannel structuring
@@ -25,12 +30,22 @@ template <class OutT, ZUMWidensTo<OutT> InT>
 template <class OutT, ZUMWidensTo<OutT> InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateSumEx(const ZUMImage<InT>& image,
                                                      const ZUMImage<ZUMLong>& element);
+template <ZUMNotNamed OutT = void, ZUMScalarPixel InT>
+[[nodiscard]] ZUMImage<ZUMWidened<InT>> ZUMDilateSumEx(const ZUMImage<InT>& image,
+                                                       const ZUMImage<ZUMLong>& element) {
+  return ZUMDilateSumEx<ZUMWidened<InT>>(image, element);
+}
 
 /// ZUMDilateSum, pixel for pixel. Throws XQException "CTaskDilateMedian: Multichannel structuring
 /// elements are not allowed".
 template <class OutT, ZUMWidensTo<OutT> InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMDilateMedian(const ZUMImage<InT>& image,
                                                       const ZUMImage<ZUMLong>& element);
+template <ZUMNotNamed OutT = void, ZUMScalarPixel InT>
+[[nodiscard]] ZUMImage<ZUMWidened<InT>> ZUMDilateMedian(const ZUMImage<InT>& image,
+                                                        const ZUMImage<ZUMLong>& element) {
+  return ZUMDilateMedian<ZUMWidened<InT>>(image, element);
+}
 
 /// The least level of the element at which the image is false: how far an erosion by growing
 /// elements can go. Direct. Where all of the element sees true pixels, the element's greatest level
