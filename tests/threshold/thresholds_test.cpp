@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <limits>
 #include <vector>
@@ -38,9 +39,8 @@ ZUMImage<ZUMLong> MakeRandomHistogram(Random& random) {
 }
 
 struct Part {
-  double n = 0, s = 0, q = 0, peak = 0;
+  double n = 0, s = 0, peak = 0;
   double Mean() const { return s / n; }
-  double Deviation() const { return std::sqrt(std::max(n * q - s * s, 0.0)) / n; }
 };
 
 // The bins first to last, summed anew.
@@ -49,10 +49,17 @@ Part Sum(const ZUMImage<ZUMLong>& h, int first, int last) {
   for (int i = first; i <= last; ++i) {
     part.n += h(i);
     part.s += ZUMWrapMul<ZUMLong>(i, h(i));
-    part.q += static_cast<double>(i) * i * h(i);
     part.peak = std::max(part.peak, static_cast<double>(h(i)));
   }
   return part;
+}
+
+// The standard deviation by its definition.
+double Deviation(const ZUMImage<ZUMLong>& h, int first, int last) {
+  const Part part = Sum(h, first, last);
+  double squares = 0;
+  for (int i = first; i <= last; ++i) squares += h(i) * std::pow(i - part.Mean(), 2);
+  return std::sqrt(squares / part.n);
 }
 
 // The first bin from `first` to `last` with the greatest criterion above `least`; NaN is none.
@@ -64,6 +71,16 @@ int FirstGreatest(int first, int last, V least, Criterion criterion) {
     if (v > least) least = v, best = t;
   }
   return best;
+}
+
+// The same up to rounding: no criterion is above that of the bin found, which is 0 if there is
+// none.
+template <class Criterion>
+void ExpectGreatest(int found, int first, int last, Criterion criterion) {
+  double best = -INFINITY;
+  for (int t = first; t <= last; ++t) best = std::fmax(best, criterion(t));
+  EXPECT_NEAR(best == -INFINITY ? found : criterion(found), best == -INFINITY ? 0 : best,
+              1e-9 * std::max(1.0, std::abs(best)));
 }
 
 TEST(HistogramThresholds, AgreeWithTheirCriteriaBinByBin) {
@@ -83,7 +100,7 @@ TEST(HistogramThresholds, AgreeWithTheirCriteriaBinByBin) {
     };
     const auto valley_otsu = [&](int t) { return otsu(t) * (all.n - h(t)); };
     const auto deviations = [&](int t) {
-      return -(Sum(h, begin, t - 1).Deviation() + Sum(h, t, end).Deviation());
+      return -(Deviation(h, begin, t - 1) + Deviation(h, t, end));
     };
     const auto areas = [&](int t) {
       double low = 0, high = 0;
@@ -98,28 +115,27 @@ TEST(HistogramThresholds, AgreeWithTheirCriteriaBinByBin) {
     };
     const auto fit = [&](int t) {
       const Part a = Sum(h, begin, t);
-      const double sigma = a.Deviation(), most = 0.3989422804014327 / sigma;
+      const double sigma = Deviation(h, begin, t), most = 0.3989422804014327 / sigma;
       double error = 0;
       for (int i = begin; i <= t; ++i) {
         const double d = i - a.Mean();
         error += std::pow(h(i) / a.n - most * std::exp(d * d / (-2 * sigma * sigma)), 2);
       }
-      return sigma > 0 ? -error : NAN;
+      return sigma > 1e-6 ? -error : NAN;
     };
     ASSERT_EQ(ZUMHistogramOtsu(h), FirstGreatest(begin, end, 0.0, otsu)) << round;
     ASSERT_EQ(ZUMHistogramValleyOtsu(h), FirstGreatest(begin, end, 0.0, valley_otsu)) << round;
-    ASSERT_EQ(ZUMHistogramMinVarianceThr(h), FirstGreatest(begin, end - 1, kLeast, deviations));
     ASSERT_EQ(ZUMHistogramValleyMinSumThr(h), FirstGreatest(begin + 1, end, kLeast, areas));
     ASSERT_EQ(ZUMHistogramValleyThr(h),
               FirstGreatest(begin + 1, end - 1, std::pair(0.0, kLeast), depth));
-    const ZUMArray<ZUMReal> low = ZUMHistogramLowGaussianThr(h);
-    const int best = FirstGreatest(std::max(begin, 6), end, kLeast, fit);
-    const Part fitted = Sum(h, begin, best);
-    ASSERT_EQ(low[2], best) << round;
-    ASSERT_EQ(low[0], best ? fitted.Mean() : 0) << round;
-    ASSERT_EQ(low[1], best ? fitted.Deviation() : 0) << round;
-    // The sums of three classes run in another order, so the criterion is compared, not the bins.
+    // Sums in another order round differently, so the criteria are compared, not the bins.
     if (all.n == 0 || all.n > 1e6) continue;
+    ExpectGreatest(ZUMHistogramMinVarianceThr(h), begin, end - 1, deviations);
+    const ZUMArray<ZUMReal> low = ZUMHistogramLowGaussianThr(h);
+    const int best = static_cast<int>(low[2]);
+    ExpectGreatest(best, std::max(begin, 6), end, fit);
+    EXPECT_NEAR(low[0], low[1] > 0 ? Sum(h, begin, best).Mean() : 0, 1e-9) << round;
+    EXPECT_NEAR(low[1], low[1] > 0 ? Deviation(h, begin, best) : 0, 1e-9) << round;
     const ZUMArray<ZUMLong> found = ZUMHistogramTrimodalOtsu(h);
     const auto spread = [&](int t1, int t2) {
       double v = 0;
@@ -242,6 +258,42 @@ TEST(Sigmoid, LineAndDirection) {
   EXPECT_EQ(turned.Rect(), ZUMRect(-6, -6, 0, 0, 6, 6, 0, 0));
   for (const int across : {-1, 0, 1}) EXPECT_NEAR(turned(across, 4), line(4), 1e-12);
   EXPECT_EQ(turned(2, 4) + turned(0, -4), 0);
+}
+
+// At the ends of the coordinates, and without pixels.
+TEST(Thresholds, Extremes) {
+  Random random(27);
+  constexpr int kMin = INT_MIN, kMax = INT_MAX;
+  const ZUMLong counts[] = {9, 4, 2, 7, 0, 3, 8, 8, 1, 5};
+  const ZUMImage<ZUMLong> none, bare(ZUMRect(0, 0, 0, 0, 9, 0, 0, 0), 0, 1),
+      aside(ZUMRect(0, 1, 0, 0, 9, 1, 0, 0), 1, 1);
+  for (const auto select : {ZUMHistogramValleyMinSumThr, ZUMHistogramOtsu, ZUMHistogramValleyOtsu,
+                            ZUMHistogramMinVarianceThr, ZUMHistogramValleyThr}) {
+    for (const auto& empty : {none, bare, aside}) EXPECT_EQ(select(empty), 0);
+    for (const int begin : {kMin, kMax - 9}) {
+      const ZUMImage<ZUMLong> h(ZUMRect(begin, 0, 0, 0, begin + 9, 0, 0, 0), 1, counts);
+      const int t = select(h);
+      EXPECT_TRUE(begin <= t && t <= begin + 9);
+      EXPECT_TRUE(select != ZUMHistogramValleyMinSumThr || t == begin + 4);
+      EXPECT_EQ(ZUMHistogramLowGaussianThr(h).GetLength() + ZUMHistogramTrimodalOtsu(h).GetLength(),
+                5u);
+    }
+  }
+  for (const int x : {kMin, kMax - 3}) {
+    const ZUMImage<ZUMLong> image(ZUMRect(x, x, x, x, x + 3, x + 3, x + 3, x + 3), 1, 7);
+    EXPECT_EQ(ZUMThr(image, 7).Rect(), image.Rect());
+    EXPECT_FALSE(ZUMDblThr(image, 8, 9)(x + 3, x + 3, x + 3, x + 3));
+    EXPECT_EQ(ZUMPixelOtsu(image), 0);
+    EXPECT_EQ(ZUMSigmoidX(x + 2.0, 0, 1, x, x + 3)(x + 2), 0.5);
+    EXPECT_NE(MessageOf([&] { ZUMSigmoidX(0, 0, 1, 0, 1, x, kMax); }), "");
+  }
+  EXPECT_NE(MessageOf([&] { ZUMSigmoidX(0, 0, 1, kMin, kMax); }), "");
+  EXPECT_EQ(ZUMThr(bare, 1).GetCSz(), 0);
+  EXPECT_TRUE(ZUMDblThr(none, 1, 2).EmptyP());
+  for (const auto& image : {none, bare}) {
+    MessageOf([&] { EXPECT_EQ(ZUMOtsu(image, 4, 0, 9), 0); });
+    MessageOf([&] { EXPECT_EQ(ZUMTrimodalOtsu(image, 4, 0, 9)[1], 0); });
+  }
 }
 
 TEST(Thresholds, Messages) {

@@ -1,22 +1,30 @@
 #include "zuml/morphology/boxmorphology.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <limits>
 #include <type_traits>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/morphology/detail/boxfold.h"
 #include "zuml/morphology/detail/elementfold.h"
-#include "zuml/morphology/detail/lines.h"
+#include "zuml/morphology/detail/steps.h"
 
 using zuml_detail::Axis;
 using zuml_detail::BoxTasks;
+using zuml_detail::ComputeAtOrigin;
 using zuml_detail::Direction;
 using zuml_detail::Greatest;
 using zuml_detail::kAxes;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
 using zuml_detail::Least;
 using zuml_detail::Step;
+using zuml_detail::StepMap;
 using zuml_detail::Stored;
 
 // The passes over a box, plain and at the border. Bool images are folded as bytes.
@@ -84,75 +92,103 @@ void RequireOrigin(const char* operation, const ZUMRect& box) {
   }
 }
 
-// The steps to the pixels under the box. An axis without extent is left alone.
-ZUMRect MakeWindow(const ZUMRect& box, Direction direction) {
+// The box without the axes on which it has no extent: these are left alone.
+ZUMRect FindExtents(const ZUMRect& box) {
+  ZUMRect extents;
+  for (const Axis axis : kAxes) {
+    if (box.begin.*axis == box.end.*axis) continue;
+    extents.begin.*axis = box.begin.*axis;
+    extents.end.*axis = box.end.*axis;
+  }
+  return extents;
+}
+
+// The steps to the pixels under the extents, cut at the image's length on either side of the
+// origin: there no step reaches the image, so that extents beside it stay beside it.
+ZUMRect MakeWindow(const ZUMRect& extents, Direction direction, const ZUMRoDRef& image,
+                   const ZUMRoDRef& rod) {
+  const StepMap map(image, rod, direction);
+  const ZUMRect box = image.Rect();
   ZUMRect window;
   for (const Axis axis : kAxes) {
-    const int lo = box.begin.*axis, hi = box.end.*axis;
-    if (lo == hi) continue;
-    window.begin.*axis = direction == Direction::kDirect ? lo : -hi;
-    window.end.*axis = direction == Direction::kDirect ? hi : -lo;
+    const std::int64_t size = zuml_detail::SizeOf(box, axis);
+    const auto find = [&](int k) {
+      return static_cast<int>(std::clamp(map.Find(axis, k), -size, size));
+    };
+    const int a = find(extents.begin.*axis), b = find(extents.end.*axis);
+    window.begin.*axis = std::min(a, b);
+    window.end.*axis = std::max(a, b);
   }
   return window;
 }
 
-// Calls pass<Task>(steps) for each axis on which the window has an extent; the steps ascend.
+// Calls pass<Task>(axis, steps) for each axis along which the window moves pixels; the steps
+// ascend.
 template <class Tasks, class Pass>
 void ForEachAxis(const ZUMRect& window, Pass pass) {
   const auto along = [&]<class Task>(Axis axis) {
-    if (window.begin.*axis == window.end.*axis) return;
+    if (window.begin.*axis == 0 && window.end.*axis == 0) return;
     std::vector<Step> steps;
-    for (int k = window.begin.*axis; k <= window.end.*axis; ++k) {
+    for (std::int64_t k = window.begin.*axis; k <= window.end.*axis; ++k) {
       Step step;
-      step.*axis = k;
+      step.*axis = static_cast<int>(k);
       steps.push_back(step);
     }
-    pass.template operator()<Task>(steps);
+    pass.template operator()<Task>(axis, steps);
   };
-  along.template operator()<typename Tasks::X>(&Step::x);
-  along.template operator()<typename Tasks::Y>(&Step::y);
-  along.template operator()<typename Tasks::Z>(&Step::z);
-  along.template operator()<typename Tasks::T>(&Step::t);
+  along.template operator()<typename Tasks::X>(kX);
+  along.template operator()<typename Tasks::Y>(kY);
+  along.template operator()<typename Tasks::Z>(kZ);
+  along.template operator()<typename Tasks::T>(kT);
 }
 
 template <class Order, class P>
 ZUMImage<P> FoldPlain(const ZUMImage<P>& image, const ZUMRect& box, Direction direction) {
   using Tasks = PlainTasks<Order, Stored<P>>;
-  const ZUMRect window = MakeWindow(box, direction);
-  if (!std::same_as<P, ZUMBool> && window == ZUMRect()) return ZUMCopy(image);
-  if constexpr (std::is_integral_v<P>) {
-    const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, window, Direction::kDirect);
-    return zuml_detail::FoldBox<Tasks, Order>(image, rod, window);
-  } else {
-    ZUMImage<P> folded = image;
-    ForEachAxis<Tasks>(window, [&]<class Task>(const std::vector<Step>& steps) {
-      const ZUMRect bounds(steps.front(), steps.back());
-      const ZUMRoDRef rod = zuml_detail::ShrinkRegion(folded, bounds, Direction::kDirect);
-      folded = zuml_detail::FoldElement<Task, Order, P>(folded, rod, steps, true, nullptr);
-    });
-    return folded;
-  }
+  const ZUMRect extents = FindExtents(box);
+  if (!std::same_as<P, ZUMBool> && extents == ZUMRect()) return ZUMCopy(image);
+  const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, extents, direction);
+  return ComputeAtOrigin<P>(
+      image, rod, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& whole) {
+        const ZUMRect window = MakeWindow(extents, direction, image, rod);
+        if constexpr (std::is_integral_v<P>) {
+          return zuml_detail::FoldBox<Tasks, Order>(source, whole, window);
+        } else {
+          ZUMImage<P> folded = source;
+          ZUMRect shrunk = source.Rect();
+          ForEachAxis<Tasks>(window, [&]<class Task>(Axis axis, const std::vector<Step>& steps) {
+            shrunk.end.*axis = whole.End().*axis;
+            folded = zuml_detail::FoldElement<Task, Order, P>(folded, ZUMRoDRef(shrunk), steps,
+                                                              true, nullptr);
+          });
+          return folded;
+        }
+      });
 }
 
 // `own`: a pixel begins with its own value, otherwise with the least value of the type.
 template <class Order, class P>
 ZUMImage<P> FoldEx(const ZUMImage<P>& image, const ZUMRect& box, Direction direction, bool own) {
   using Tasks = ExTasks<Order, Stored<P>>;
-  const ZUMRect window = MakeWindow(box, direction);
-  if (!std::same_as<P, ZUMBool> && window == ZUMRect()) return ZUMCopy(image);
-  if constexpr (std::is_integral_v<P>) {
-    return zuml_detail::FoldBox<Tasks, Order>(image, image, window);
-  } else {
-    const P lowest = std::numeric_limits<P>::lowest();
-    ZUMImage<P> folded = image;
-    ForEachAxis<Tasks>(window, [&]<class Task>(std::vector<Step> steps) {
-      if (own) steps.push_back(Step(0, 0));
-      std::reverse(steps.begin(), steps.end());
-      folded = zuml_detail::FoldElement<Task, Order>(folded, folded, steps, false,
-                                                     own ? nullptr : &lowest);
-    });
-    return folded;
-  }
+  const ZUMRect extents = FindExtents(box);
+  if (!std::same_as<P, ZUMBool> && extents == ZUMRect()) return ZUMCopy(image);
+  return ComputeAtOrigin<P>(
+      image, image, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& whole) {
+        const ZUMRect window = MakeWindow(extents, direction, image, image);
+        if constexpr (std::is_integral_v<P>) {
+          return zuml_detail::FoldBox<Tasks, Order>(source, whole, window);
+        } else {
+          const P lowest = std::numeric_limits<P>::lowest();
+          ZUMImage<P> folded = source;
+          ForEachAxis<Tasks>(window, [&]<class Task>(Axis, std::vector<Step> steps) {
+            if (own) steps.push_back(Step(0, 0));
+            std::reverse(steps.begin(), steps.end());
+            folded = zuml_detail::FoldElement<Task, Order>(folded, whole, steps, false,
+                                                           own ? nullptr : &lowest);
+          });
+          return folded;
+        }
+      });
 }
 
 }  // namespace

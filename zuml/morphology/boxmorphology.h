@@ -1,20 +1,19 @@
 /// Flat dilation and erosion by a box: all k with lo <= k <= hi on every axis.
 ///
-/// The forms, directions and border rules are those of mathmorph.h, the same for all pixel types,
-/// and the box is taken axis by axis in the order X, Y, Z, T:
+/// The forms, directions and border rules are those of mathmorph.h, the same for all pixel types.
+/// The box may be larger than the image. It is taken axis by axis in the order X, Y, Z, T:
 ///
 /// - An axis on which lo equals hi is left alone. A box that lies at one coordinate away from 0
-///   does not shift the image on that axis, and does not shrink its region.
-/// - In the `Ex` forms a pixel begins with its own value, in ZUMDilateEx with the least value of
-/// the
-///   type (of reals -1.7976931348623157e308), which stays where no pixel is reached.
+///   neither shifts the image on that axis nor shrinks its region.
+/// - In the `Ex` forms a pixel begins with its own value. In ZUMDilateEx it begins with the least
+///   value of the type (of reals -1.7976931348623157e308), which stays where no pixel is reached.
 /// - Reals are compared strictly along each axis, from its least coordinate on in the plain forms
 ///   and from its greatest in the `Ex` forms: a NaN stays where it comes first.
 ///
-/// The cost a pixel does not depend on the box for integer types. Tasks: CTaskDilateX,
+/// For integer types the cost of a pixel does not depend on the box. Tasks: CTaskDilateX,
 /// CTaskDilateY, CTaskDilateZ, CTaskDilateT and the same with CTaskErode; in the `Ex` forms
-/// CTaskDilateExX and so on, CTaskErodeExX and so on. Of integer types the pass along Y folds along
-/// X too.
+/// CTaskDilateExX and so on, CTaskErodeExX and so on. For integer types the tasks of Y fold along X
+/// too.
 #pragma once
 
 #include "zuml/core/export.h"
@@ -37,8 +36,8 @@ template <ZUMScalarPixel PixT>
 template <ZUMScalarPixel PixT>
 [[nodiscard]] ZUML_API ZUMImage<PixT> ZUMMinSub(const ZUMImage<PixT>& image, const ZUMRect& box);
 
-/// The same over the source's region. The errors have the names of these functions, but for that
-/// of ZUMErodeEx, which is "ZUMErode: empty rectangle is not allowed or origin is out of rectange".
+/// The same over the source's region. The errors name these functions, except that ZUMErodeEx
+/// throws "ZUMErode: empty rectangle is not allowed or origin is out of rectange".
 template <ZUMScalarPixel PixT>
 [[nodiscard]] ZUML_API ZUMImage<PixT> ZUMDilateEx(const ZUMImage<PixT>& image, const ZUMRect& box);
 template <ZUMScalarPixel PixT>

@@ -1,20 +1,24 @@
 #include "zuml/morphology/colourdifference.h"
 
 #include <cmath>
+#include <concepts>
+#include <cstddef>
+#include <vector>
 
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/morphology/detail/elementfold.h"
-#include "zuml/morphology/detail/lines.h"
+#include "zuml/morphology/detail/lanes.h"
 #include "zuml/morphology/detail/startvalue.h"
+#include "zuml/morphology/detail/steps.h"
 
 using zuml_detail::Direction;
 using zuml_detail::Greatest;
 using zuml_detail::Step;
-using zuml_detail::Stored;
-using zuml_detail::StoredPixels;
+using zuml_detail::StepMap;
+using zuml_detail::ValueAt;
 
 namespace {
 
@@ -41,37 +45,33 @@ ZUMImage<R> FindGreatestDistances(const char* operation, const ZUMImage<P>& imag
   if (image.GetCSz() != 3) {
     throw XQException("%s: images with %d channels are not allowed", operation, image.GetCSz());
   }
-  ZUMDisplacementArray().SymmetricFromNonZeroPixels(image, element);
+  zuml_detail::RequirePixels<ZUMDisplacementArray>(element, Direction::kMirrored);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), Direction::kMirrored);
-  const ZUMImage<R> result(rod, 1, R());
-  const std::vector<Step> steps = zuml_detail::ListSteps(element, Direction::kMirrored);
   // An element that lies beside the origin reaches into the image from points outside it, which
   // have no colour.
   const ZUMRoDRef coloured = Intersection(rod, image);
-  const int first = coloured.BeginX(), n = coloured.RoDXSz();
-  zuml_detail::ForEachLine(coloured, 1, [&](int y, int z, int t, int) {
-    R* const greatest = &result(first, y, z, t);
-    const auto line = [&](const Step& s, int c) {
-      return StoredPixels(&image(first + s.x, y + s.y, z + s.z, t + s.t, c));
-    };
-    const Stored<P>* const here[] = {line(Step(), 0), line(Step(), 1), line(Step(), 2)};
-    for (const Step& step : steps) {
-      const Stored<P>* const there[] = {line(step, 0), line(step, 1), line(step, 2)};
-      for (int i = 0; i < n; ++i) {
-        const auto term = [&](int c) {
-          // Of bool pixels only the truth counts.
-          if constexpr (std::same_as<P, ZUMBool>) {
-            return Distance::template Term<R>(here[c][i] != 0, there[c][i] != 0);
-          } else {
-            return Distance::template Term<R>(static_cast<R>(here[c][i]),
-                                              static_cast<R>(there[c][i]));
+  const ZUMImage<R> result(rod, 1, R());
+  if (coloured.EmptyP()) return result;
+  std::vector<std::ptrdiff_t> offsets;
+  zuml_detail::ForEachStep(element, StepMap(image, coloured, Direction::kMirrored),
+                           [&](const Step&, const ZUMBasePoint<int>& k, bool) {
+                             offsets.push_back(image.Displacement(-k.x, -k.y, -k.z, -k.t, 0));
+                           });
+  ZUMForEachRun(
+      coloured,
+      [&](R* greatest, const P* red, const P* green, const P* blue, std::ptrdiff_t n) {
+        for (const std::ptrdiff_t offset : offsets) {
+          for (std::ptrdiff_t i = 0; i < n; ++i) {
+            const auto term = [i, offset](const P* channel) {
+              return Distance::template Term<R>(static_cast<R>(ValueAt(channel, i)),
+                                                static_cast<R>(ValueAt(channel, offset + i)));
+            };
+            const R distance = ZUMWrapAdd<R>(ZUMWrapAdd<R>(term(red), term(green)), term(blue));
+            greatest[i] = Greatest::Fold(greatest[i], distance);
           }
-        };
-        const R distance = ZUMWrapAdd<R>(ZUMWrapAdd<R>(term(0), term(1)), term(2));
-        greatest[i] = Greatest::Fold(greatest[i], distance);
-      }
-    }
-  });
+        }
+      },
+      result, image.Channel(0), image.Channel(1), image.Channel(2));
   return result;
 }
 

@@ -1,23 +1,37 @@
 #include "zuml/morphology/geodesicdilation.h"
 
 #include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
 
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/mapped.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/scratch.h"
 #include "zuml/core/zumconnectivity.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/morphology/detail/lanes.h"
+#include "zuml/morphology/detail/steps.h"
 
+using zuml_detail::Direction;
+using zuml_detail::Step;
 using zuml_detail::StoredPixels;
 
 namespace {
 
-// A pixel of the flood and how far it lies from where the flood began.
+// A pixel of the flood and how far it lies from where the flood began on X and Y.
 template <class P>
 struct FloodedPixel {
   P* result;
   ZUMByte* mask;
-  int x, y, z, t;
+  int x, y;
+};
+
+// A neighbour by the connectivity.
+struct Neighbour {
+  std::ptrdiff_t result, mask;  // offsets
+  int x, y;
 };
 
 // The floods of one channel. The framed mask is also the map of what a flood has visited: it is
@@ -25,26 +39,23 @@ struct FloodedPixel {
 template <class P>
 class BallFlood {
  public:
-  BallFlood(const ZUMRaster& result, const ZUMRaster& mask, const ZUMImage<ZUMBool>& connectivity) {
-    result_steps_.FromNonZeroPixels(result, connectivity);
-    mask_steps_.FromNonZeroPixels(mask, connectivity);
+  BallFlood(const ZUMRaster& result, const ZUMRaster& mask, const std::vector<Step>& steps) {
+    for (const Step& step : steps) {
+      neighbours_.push_back(
+          {result.Displacement(step, 0), mask.Displacement(step, 0), step.x, step.y});
+    }
   }
 
   void Spread(P* result, ZUMByte* mask, P value) {
     const double most = static_cast<double>(value) - 1;
-    Visit({result, mask, 0, 0, 0, 0});
+    Visit({result, mask, 0, 0});
     while (!queue_.EmptyP()) {
       const FloodedPixel<P> from = queue_.Pop();
-      for (unsigned i = 0; i < mask_steps_.GetLength(); ++i) {
-        const ZUMDisplacementVector& step = mask_steps_.begin()[i];
-        ZUMByte* const neighbour = from.mask + step.offset;
+      for (const Neighbour& step : neighbours_) {
+        ZUMByte* const neighbour = from.mask + step.mask;
         if (*neighbour == 0) continue;
-        const FloodedPixel<P> to{from.result + result_steps_.begin()[i],
-                                 neighbour,
-                                 from.x + step.x,
-                                 from.y + step.y,
-                                 from.z + step.z,
-                                 from.t + step.t};
+        const FloodedPixel<P> to{from.result + step.result, neighbour, from.x + step.x,
+                                 from.y + step.y};
         if (!(Length(to) <= most)) continue;
         Visit(to);
         if (value > *to.result) *to.result = value;
@@ -56,8 +67,8 @@ class BallFlood {
 
  private:
   static double Length(const FloodedPixel<P>& p) {
-    const double x = p.x, y = p.y, z = p.z, t = p.t;
-    return std::sqrt(x * x + y * y + z * z + t * t);
+    const double x = p.x, y = p.y;
+    return std::sqrt(x * x + y * y);
   }
 
   void Visit(const FloodedPixel<P>& pixel) {
@@ -66,27 +77,46 @@ class BallFlood {
     queue_.Push(pixel);
   }
 
-  ZUMDisplacementArray result_steps_;
-  ZUMDisplacementVectorArray mask_steps_;
+  std::vector<Neighbour> neighbours_;
   ZUMBlockFIFO<FloodedPixel<P>> queue_;
   ZUMGrowingStack<ZUMByte*> visited_{10000};
 };
 
-// The mask over the region as zeros and ones, inside zeros as wide as the connectivity.
+// The mask over the region, moved to the origin with it, as zeros and ones inside zeros as wide as
+// the steps reach.
 ZUMImage<ZUMBool> MakeFramedMask(const ZUMImage<ZUMBool>& mask, const ZUMRoDRef& rod,
-                                 const ZUMImage<ZUMBool>& connectivity) {
-  const ZUMBasePoint<int> b = connectivity.Begin();
-  const ZUMRect frame(ZUMBasePoint<int>(-b.x, -b.y, -b.z, -b.t), connectivity.End());
-  ZUMImage<ZUMBool> framed(rod, frame, 1, false);
-  rod.RoD().DrawOutFrame(framed, frame, false);
-  ZUMForEachRun(
-      Intersection(rod, mask),
-      [](ZUMBool* to, const ZUMBool* from, std::ptrdiff_t n) {
-        const ZUMByte* bytes = StoredPixels(from);
-        for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = bytes[i] != 0;
-      },
-      framed, mask);
+                                 const std::vector<Step>& steps) {
+  ZUMRect reach;
+  for (const Step& step : steps) zuml_detail::Include(reach, step);
+  ZUMRect wide = zuml_detail::MoveToOrigin(rod);
+  for (const zuml_detail::Axis axis : zuml_detail::kAxes) {
+    wide.begin.*axis = reach.begin.*axis;
+    wide.end.*axis = zuml_detail::ToCoordinate(std::int64_t{wide.end.*axis} + reach.end.*axis);
+  }
+  const ZUMImage<ZUMBool> framed(wide, 1, false);
+  const ZUMImage<ZUMBool> known = mask.Cut(rod);
+  if (known.EmptyP()) return framed;
+  const ZUMRoDRef moved = zuml_detail::MoveSides(known, -1, rod.Begin(), -1, rod.Begin());
+  zuml_detail::MapRuns(
+      moved, [](ZUMBool mark) { return mark; }, framed, zuml_detail::Place(known, moved));
   return framed;
+}
+
+// Spreads the values of one channel, which begins at the origin, into a copy of it.
+template <class P>
+void SpreadValues(const ZUMImage<P>& result, const ZUMImage<P>& image,
+                  const ZUMImage<ZUMBool>& mask, const std::vector<Step>& steps) {
+  BallFlood<P> flood(result, mask, steps);
+  ZUMForEachRun(
+      result,
+      [&](P* to, const P* from, ZUMBool* marks, std::ptrdiff_t n) {
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          if (marks[i]) {
+            flood.Spread(to + i, StoredPixels(marks) + i, zuml_detail::ValueAt(from, i));
+          }
+        }
+      },
+      result, image, mask);
 }
 
 }  // namespace
@@ -95,26 +125,20 @@ template <ZUMScalarPixel P>
 ZUMImage<P> ZUMDilateValue(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& mask,
                            const ZUMImage<ZUMBool>& connectivity) {
   zuml_detail::RequireConnectivity("ZUMDilateArea", connectivity);
-  const ZUMImage<P> result = ZUMCopy(image);
-  if (image.EmptyP()) return result;
-  for (int c = 0; c < image.GetCSz(); ++c) {
-    const ZUMImage<P> channel = result.Channel(c);
-    const ZUMImage<ZUMBool> framed =
-        MakeFramedMask(mask.Channel(c < mask.GetCSz() ? c : 0), image, connectivity);
-    BallFlood<P> flood(channel, framed, connectivity);
-    ZUMForEachRun(
-        image,
-        [&](P* to, const P* from, ZUMBool* marks, std::ptrdiff_t n) {
-          for (std::ptrdiff_t i = 0; i < n; ++i) {
-            if (marks[i]) {
-              const P value = static_cast<P>(StoredPixels(from)[i]);
-              flood.Spread(to + i, StoredPixels(marks) + i, value);
-            }
-          }
-        },
-        channel, image.Channel(c), framed);
-  }
-  return result;
+  zuml_detail::RequirePixels<ZUMDisplacementArray>(connectivity, Direction::kDirect);
+  return zuml_detail::ComputeAtOrigin<P>(
+      image, image, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef&) {
+        const std::vector<Step> steps = zuml_detail::ListSteps(
+            connectivity, zuml_detail::StepMap(image, image, Direction::kDirect));
+        const ZUMImage<P> result = zuml_detail::MapImage<P>(source, [](P value) { return value; });
+        // A mask of no channel marks nothing.
+        for (int c = 0; c < image.GetCSz() && mask.GetCSz() > 0; ++c) {
+          const ZUMImage<ZUMBool> marks = mask.Channel(c < mask.GetCSz() ? c : 0);
+          SpreadValues(result.Channel(c), source.Channel(c), MakeFramedMask(marks, image, steps),
+                       steps);
+        }
+        return result;
+      });
 }
 
 #define ZUML_INSTANTIATE(PIX)                                                                    \

@@ -1,59 +1,61 @@
 #include "zuml/morphology/labelledmorphology.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <limits>
 #include <vector>
 
-#include "zuml/algebra/frames.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/morphology/detail/elementfold.h"
-#include "zuml/morphology/detail/lines.h"
+#include "zuml/morphology/detail/lanes.h"
 #include "zuml/morphology/detail/startvalue.h"
+#include "zuml/morphology/detail/steps.h"
 
 using zuml_detail::Direction;
 using zuml_detail::Greatest;
+using zuml_detail::Step;
+using zuml_detail::StepMap;
 using zuml_detail::Stored;
 using zuml_detail::StoredPixels;
 
 namespace {
 
-using LabelledOffset = ZUMDisplacementValue<ZUMLong>;
+struct LabelledStep {
+  ZUMLong label;
+  Step step;
+};
 
-// Offsets by label, all labels above 0, and their order in the element within a label.
+// The element's steps in ascending order of their labels, and in sweep order within a label.
+std::vector<LabelledStep> ListLabelledSteps(const ZUMImage<ZUMLong>& element, const StepMap& map) {
+  std::vector<LabelledStep> steps;
+  zuml_detail::ForEachStep(element, map,
+                           [&](const Step& step, const ZUMBasePoint<int>&, ZUMLong label) {
+                             steps.push_back({label, step});
+                           });
+  std::stable_sort(steps.begin(), steps.end(),
+                   [](const LabelledStep& a, const LabelledStep& b) { return a.label < b.label; });
+  return steps;
+}
+
+// Offsets by label, all labels above 0.
 struct LabelGroups {
   std::vector<std::ptrdiff_t> offsets;
   std::vector<std::size_t> ends;  // where the next label begins
-  ZUMBasePoint<int> first;        // the pixel that the offsets are counted from
 
-  // The steps from `first` on, a step inside the image from every pixel of the result, so that no
-  // address outside the image is formed.
-  LabelGroups(const ZUMRaster& target, const ZUMImage<ZUMLong>& element) {
-    struct Labelled {
-      ZUMLong label;
-      zuml_detail::Step step;
-    };
-    std::vector<Labelled> labelled;
-    const ZUMRect box = element.Rect();
-    zuml_detail::ForEachLine(element, 1, [&](int y, int z, int t, int) {
-      for (int x = box.begin.x; x <= box.end.x; ++x) {
-        const ZUMLong label = element(x, y, z, t);
-        if (label > 0) labelled.push_back({label, {-x, -y, -z, -t}});
-      }
-    });
-    std::stable_sort(labelled.begin(), labelled.end(),
-                     [](const Labelled& a, const Labelled& b) { return a.label < b.label; });
-    for (std::size_t i = 0; i < labelled.size(); ++i) {
-      if (i == 0) first = labelled[0].step;
-      if (i != 0 && labelled[i].label != labelled[i - 1].label) ends.push_back(i);
-      const zuml_detail::Step& s = labelled[i].step;
-      offsets.push_back(
-          target.Displacement(s.x - first.x, s.y - first.y, s.z - first.z, s.t - first.t, 0));
+  LabelGroups(const ZUMRaster& target, const std::vector<LabelledStep>& steps) {
+    ZUMLong label = 0;
+    for (const LabelledStep& s : steps) {
+      if (s.label <= 0) continue;
+      if (s.label != label && label != 0) ends.push_back(offsets.size());
+      label = s.label;
+      offsets.push_back(target.Displacement(s.step, 0));
     }
-    if (!labelled.empty()) ends.push_back(labelled.size());
+    if (label != 0) ends.push_back(offsets.size());
   }
 };
 
@@ -66,28 +68,29 @@ class SumTask : public XQTask {
   const ZUMImage<P>* image;
   const LabelGroups* groups;
 
+  int Cost() const { return static_cast<int>(groups->offsets.size()); }
+
   void Run() override {
     if (part.EmptyP()) return;
-    const std::ptrdiff_t n = part.RoDXSz();
-    const auto maxima = zuml_detail::MakeScratch<Stored<P>>(static_cast<std::size_t>(n));
-    const Stored<P> zero{};
-    const ZUMBasePoint<int>& first = groups->first;
-    zuml_detail::ForEachLine(part, result->GetCSz(), [&](int y, int z, int t, int c) {
-      R* const sums = &(*result)(part.BeginX(), y, z, t, c);
-      std::fill_n(sums, n, R());
-      if (groups->ends.empty()) return;
-      const Stored<P>* const in = StoredPixels(
-          &(*image)(part.BeginX() + first.x, y + first.y, z + first.z, t + first.t, c));
-      std::size_t begin = 0;
-      for (const std::size_t end : groups->ends) {
-        zuml_detail::FoldTaps<P, Greatest>(maxima.get(), in, groups->offsets.data() + begin,
-                                           static_cast<int>(end - begin), &zero, n);
-        for (std::ptrdiff_t i = 0; i < n; ++i) {
-          sums[i] = ZUMWrapAdd<R>(sums[i], static_cast<R>(maxima[static_cast<std::size_t>(i)]));
-        }
-        begin = end;
-      }
-    });
+    const auto maxima =
+        zuml_detail::MakeScratch<Stored<P>>(static_cast<std::size_t>(part.RoDXSz()));
+    ZUMForEachRun(
+        part,
+        [&](R* sums, const P* in, std::ptrdiff_t n) {
+          const Stored<P> zero{};
+          std::fill_n(sums, n, R());
+          std::size_t begin = 0;
+          for (const std::size_t end : groups->ends) {
+            zuml_detail::FoldTaps<P, Greatest>(maxima.get(), StoredPixels(in),
+                                               groups->offsets.data() + begin,
+                                               static_cast<int>(end - begin), &zero, n);
+            for (std::ptrdiff_t i = 0; i < n; ++i) {
+              sums[i] = ZUMWrapAdd<R>(sums[i], static_cast<R>(maxima.get()[i]));
+            }
+            begin = end;
+          }
+        },
+        *result, *image);
   }
 };
 
@@ -100,10 +103,11 @@ class CTaskDilateSumEx final : public SumTask<R, P> {};
 
 namespace {
 
+// Image and region begin at the origin, or the image is widened to where steps lead.
 template <class Task, class R, class P>
 ZUMImage<R> SumMaxima(const ZUMImage<P>& image, const ZUMRoDRef& rod,
-                      const ZUMImage<ZUMLong>& element) {
-  const LabelGroups groups(image, element);
+                      const std::vector<LabelledStep>& steps) {
+  const LabelGroups groups(image, steps);
   return ZUMRunTasks<Task, R>(rod, image.GetCSz(), [&](Task& task) {
     task.image = &image;
     task.groups = &groups;
@@ -114,9 +118,13 @@ template <class R, class P>
 ZUMImage<R> SumMaximaInside(const char* operation, const ZUMImage<P>& image,
                             const ZUMImage<ZUMLong>& element) {
   zuml_detail::RequireSingleChannelElement(operation, element);
-  ZUMDisplacementValueArray<ZUMLong>().SymmetricFromNonZeroPixels(image, element);
+  zuml_detail::RequirePixels<ZUMDisplacementValueArray<ZUMLong>>(element, Direction::kMirrored);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), Direction::kMirrored);
-  return SumMaxima<CTaskDilateSum<R, P>, R>(image, rod, element);
+  return zuml_detail::ComputeAtOrigin<R>(
+      image, rod, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& box) {
+        return SumMaxima<CTaskDilateSum<R, P>, R>(
+            source, box, ListLabelledSteps(element, StepMap(image, rod, Direction::kMirrored)));
+      });
 }
 
 }  // namespace
@@ -135,40 +143,47 @@ ZUMImage<R> ZUMDilateMedian(const ZUMImage<P>& image, const ZUMImage<ZUMLong>& e
 template <class R, ZUMWidensTo<R> P>
 ZUMImage<R> ZUMDilateSumEx(const ZUMImage<P>& image, const ZUMImage<ZUMLong>& element) {
   zuml_detail::RequireSingleChannelElement("CTaskDilateAcumEx", element);
-  if (image.EmptyP() || element.EmptyP()) return ZUMImage<R>(image, image.GetCSz(), R());
-  ZUMRect box = image.Rect();
-  for (const auto axis : zuml_detail::kAxes) {
-    box.begin.*axis -= std::max(element.End().*axis, 0);
-    box.end.*axis -= std::min(element.Begin().*axis, 0);
-  }
-  return SumMaxima<CTaskDilateSumEx<R, P>, R>(ZUMPadding(image, box, P()), image, element);
+  return zuml_detail::ComputeAtOrigin<R>(
+      image, image, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& box) {
+        const std::vector<LabelledStep> steps =
+            ListLabelledSteps(element, StepMap(image, image, Direction::kMirrored));
+        ZUMRect reach;
+        for (const LabelledStep& s : steps) zuml_detail::Include(reach, s.step);
+        return SumMaxima<CTaskDilateSumEx<R, P>, R>(zuml_detail::WidenToReach(source, box, reach),
+                                                    box, steps);
+      });
 }
 
 ZUMImage<ZUMLong> ZUMMaxErode(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& element) {
   if (element.GetCSz() != 1 || !element.InP(0, 0, 0, 0)) {
     throw XQException("ZUMMaxErode: Dimensions of the structuring element are not allowed");
   }
-  ZUMDisplacementValueArray<ZUMLong> offsets;
-  offsets.FromNonZeroPixels(image, element);
-  std::stable_sort(
-      offsets.begin(), offsets.end(),
-      [](const LabelledOffset& a, const LabelledOffset& b) { return a.value < b.value; });
-  const ZUMLong above = ZUMWrapAdd<ZUMLong>((offsets.end() - 1)->value, 1);
+  zuml_detail::RequirePixels<ZUMDisplacementValueArray<ZUMLong>>(element, Direction::kDirect);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), Direction::kDirect);
-  const ZUMImage<ZUMLong> result(rod, image.GetCSz(), nullptr);
-  ZUMForEachRun(
-      rod,
-      [&](ZUMLong* levels, const ZUMBool* pixels, std::ptrdiff_t n) {
-        for (std::ptrdiff_t i = 0; i < n; ++i) {
-          const ZUMByte* pixel = StoredPixels(pixels) + i;
-          const auto stop =
-              std::find_if(offsets.begin(), offsets.end(),
-                           [pixel](const LabelledOffset& o) { return pixel[o.offset] == 0; });
-          levels[i] = stop == offsets.end() ? above : stop->value;
+  return zuml_detail::ComputeAtOrigin<ZUMLong>(
+      image, rod, image.GetCSz(), [&](const ZUMImage<ZUMBool>& source, const ZUMRoDRef& box) {
+        std::vector<ZUMDisplacementValue<ZUMLong>> levels;
+        for (const LabelledStep& s :
+             ListLabelledSteps(element, StepMap(image, rod, Direction::kDirect))) {
+          levels.push_back({source.Displacement(s.step, 0), s.label});
         }
-      },
-      result, image);
-  return result;
+        const ZUMLong last = levels.back().value;
+        const ZUMLong above = last < std::numeric_limits<ZUMLong>::max() ? last + 1 : last;
+        const ZUMImage<ZUMLong> result(box, image.GetCSz(), nullptr);
+        ZUMForEachRun(
+            box,
+            [&](ZUMLong* out, const ZUMBool* in, std::ptrdiff_t n) {
+              for (std::ptrdiff_t i = 0; i < n; ++i) {
+                const ZUMByte* const pixel = StoredPixels(in) + i;
+                const auto stop =
+                    std::find_if(levels.begin(), levels.end(),
+                                 [pixel](const auto& l) { return pixel[l.offset] == 0; });
+                out[i] = stop == levels.end() ? above : stop->value;
+              }
+            },
+            result, source);
+        return result;
+      });
 }
 
 #define ZUML_INSTANTIATE_PAIR(OUT, IN)                                               \

@@ -1,19 +1,22 @@
 #include "zuml/morphology/mathmorph.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <type_traits>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/morphology/detail/boxfold.h"
 #include "zuml/morphology/detail/elementfold.h"
-#include "zuml/morphology/detail/lines.h"
 #include "zuml/morphology/detail/startvalue.h"
+#include "zuml/morphology/detail/steps.h"
 
 using zuml_detail::Direction;
 using zuml_detail::Greatest;
 using zuml_detail::Least;
 using zuml_detail::Step;
+using zuml_detail::StepMap;
 using zuml_detail::Stored;
 
 template <class P>
@@ -40,18 +43,18 @@ template <class Order, class Dilates, class Erodes>
 using ByOrder = std::conditional_t<std::is_same_v<Order, Greatest>, Dilates, Erodes>;
 
 // Whether the steps, all different, fill their bounds.
-bool BoxP(const std::vector<Step>& steps) {
+bool IsFullBox(const std::vector<Step>& steps) {
   double points = 1;
   const ZUMRect bounds = zuml_detail::BoundsOf(steps);
   for (const auto axis : zuml_detail::kAxes) {
-    points *= static_cast<double>(bounds.end.*axis) - bounds.begin.*axis + 1;
+    points *= static_cast<double>(zuml_detail::SizeOf(bounds, axis));
   }
   return points == static_cast<double>(steps.size());
 }
 
 // Whether an element that moves by one pixel along X keeps more pixels than it takes on: these are
 // the first ones of its runs.
-bool SlidesP(const std::vector<Step>& steps) {
+bool Slides(const std::vector<Step>& steps) {
   std::size_t entering = 1;
   for (std::size_t i = 1; i < steps.size(); ++i) {
     const Step &a = steps[i - 1], &b = steps[i];
@@ -66,7 +69,7 @@ template <class Task, class Order, class P>
 ZUMImage<P> FoldSteps(const ZUMImage<P>& image, const ZUMRoDRef& rod,
                       const std::vector<Step>& steps, bool inside) {
   if constexpr (std::is_integral_v<P>) {
-    if (BoxP(steps)) {
+    if (IsFullBox(steps)) {
       using Tasks = zuml_detail::BoxTasks<Task, Task, Task, Task>;
       return zuml_detail::FoldBox<Tasks, Order>(image, rod, zuml_detail::BoundsOf(steps));
     }
@@ -78,36 +81,39 @@ template <class Order, class P>
 ZUMImage<P> FoldPlain(const char* operation, const ZUMImage<P>& image,
                       const ZUMImage<ZUMBool>& element, Direction direction) {
   zuml_detail::RequireSingleChannelElement(operation, element);
-  ZUMDisplacementArray offsets;
-  if (direction == Direction::kDirect) {
-    offsets.FromNonZeroPixels(image, element);
-  } else {
-    offsets.SymmetricFromNonZeroPixels(image, element);
-  }
+  zuml_detail::RequirePixels<ZUMDisplacementArray>(element, direction);
   const ZUMRoDRef rod = zuml_detail::ShrinkRegion(image, element.Rect(), direction);
-  const std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
-  using Walk = ByOrder<Order, CTaskDilate<P>, CTaskErode<P>>;
-  if constexpr (sizeof(P) == 1) {
-    using Slide = std::conditional_t<std::is_same_v<P, ZUMBool>,
-                                     ByOrder<Order, CTaskDilateBool, CTaskErodeBool>,
-                                     ByOrder<Order, CTaskDilateByte, CTaskErodeByte>>;
-    if (SlidesP(steps)) return FoldSteps<Slide, Order>(image, rod, steps, true);
-  }
-  return FoldSteps<Walk, Order>(image, rod, steps, true);
+  return zuml_detail::ComputeAtOrigin<P>(
+      image, rod, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& box) {
+        const std::vector<Step> steps =
+            zuml_detail::ListSteps(element, StepMap(image, rod, direction));
+        using Walk = ByOrder<Order, CTaskDilate<P>, CTaskErode<P>>;
+        if constexpr (sizeof(P) == 1) {
+          using Slide = std::conditional_t<std::is_same_v<P, ZUMBool>,
+                                           ByOrder<Order, CTaskDilateBool, CTaskErodeBool>,
+                                           ByOrder<Order, CTaskDilateByte, CTaskErodeByte>>;
+          if (Slides(steps)) return FoldSteps<Slide, Order>(source, box, steps, true);
+        }
+        return FoldSteps<Walk, Order>(source, box, steps, true);
+      });
 }
 
 template <class Task, class Order, class P>
 ZUMImage<P> FoldEx(const char* operation, const ZUMImage<P>& image,
                    const ZUMImage<ZUMBool>& element, Direction direction) {
   zuml_detail::RequireSingleChannelElement(operation, element);
-  std::vector<Step> steps = zuml_detail::ListSteps(element, direction);
-  if (!zuml_detail::OriginP(element)) {
-    const Stored<P> start = zuml_detail::FindStart<Order>(image);
-    return zuml_detail::FoldElement<Task, Order>(image, image, steps, false, &start);
-  }
-  // The pixel's own value comes first.
-  if constexpr (!std::is_integral_v<P>) steps.insert(steps.begin(), Step(0, 0));
-  return FoldSteps<Task, Order>(image, image, steps, false);
+  const bool own = zuml_detail::HoldsOrigin(element);
+  const Stored<P> start = own ? Stored<P>() : zuml_detail::FindStart<Order>(image);
+  return zuml_detail::ComputeAtOrigin<P>(
+      image, image, image.GetCSz(), [&](const ZUMImage<P>& source, const ZUMRoDRef& box) {
+        std::vector<Step> steps = zuml_detail::ListSteps(element, StepMap(image, image, direction));
+        if (!own) {
+          return zuml_detail::FoldElement<Task, Order>(source, box, steps, false, &start);
+        }
+        // The pixel's own value comes first.
+        if constexpr (!std::is_integral_v<P>) steps.insert(steps.begin(), Step(0, 0));
+        return FoldSteps<Task, Order>(source, box, steps, false);
+      });
 }
 
 // The plain forms of bool images are direct throughout.

@@ -1,9 +1,9 @@
 /// Flat dilation and erosion by a structuring element.
 ///
-/// An element is a bool image of one channel whose region lies around the origin (0,0,0,0), which
-/// it need not hold; its true pixels k are the element. A mirrored form takes the pixels p - k of
-/// the source for the result's pixel p, a direct form the pixels p + k; a form keeps its direction
-/// for all pixel types but where it says otherwise. Boxes as elements: boxmorphology.h.
+/// An element is a bool image of one channel; its true pixels k are the element. Its region need
+/// not hold the origin (0,0,0,0) and may be larger than the image. For the result's pixel p a
+/// mirrored form takes the source's pixels p - k, a direct form the pixels p + k. A form has the
+/// same direction for all pixel types unless it says otherwise. Boxes as elements: boxmorphology.h.
 ///
 /// - A plain form has no border rule: with [B, E] the source's box and [kb, ke] that of the
 ///   element's region, the result covers [B + ke, E + kb] (mirrored) or [B - kb, E - ke] (direct).
@@ -12,20 +12,21 @@
 ///   tener como mínimo un pixel" (mirrored), "ZUMDisplacementArray::FromNonZeroPixels ..."
 ///   (direct).
 /// - An `Ex` form keeps the source's region, and pixels outside it contribute nothing. If the
-///   element holds the origin, a pixel begins with its own value; otherwise with the least value of
-///   the image and its channels (of an erosion: the greatest), which stays where nothing is reached
-///   and needs an image that is not empty: XQException "ZUMMin:Valor indefinido por imagen vacia",
-///   "ZUMMax:Valor indefinido por imagen vacia".
+///   element is true at the origin, a pixel begins with its own value. Otherwise it begins with the
+///   least value of all channels (in an erosion the greatest), which stays where nothing is
+///   reached; an image without pixels has none: XQException "ZUMMin:Valor indefinido por imagen
+///   vacia", "ZUMMax:Valor indefinido por imagen vacia". An element without a true pixel is
+///   allowed.
 ///
-/// The result has the source's channels, each for itself. Reals are compared strictly in the order
-/// of the element's pixels: a NaN stays where it comes first, and elsewhere is passed over.
+/// Channels are independent, and the result has as many. Reals are compared strictly in the order
+/// of the element's pixels: a NaN stays if it comes first and is ignored elsewhere.
 ///
 /// All throw XQException "ZUMDilate: Multichannel structuring elements are not allowed" with the
-/// function's own name. The cost a pixel is a vector's share of one step for each pixel of the
-/// element, for integer types of at most two for each run of them along X; an element that fills
-/// its box costs what the box does. Tasks: CTaskDilate, CTaskErode, for bool and byte images under
-/// elements of long runs along X CTaskDilateBool, CTaskErodeBool, CTaskDilateByte, CTaskErodeByte;
-/// CTaskDilateEx, CTaskErodeEx, CTaskMinAddEx, CTaskMinSubEx.
+/// function's own name. Each pixel costs a vector's share of one step for each pixel of the
+/// element; for integer types at most two steps for each of its runs along X, and an element that
+/// fills its box costs what the box does. Tasks: CTaskDilate, CTaskErode, for bool and byte images
+/// under elements of long runs along X CTaskDilateBool, CTaskErodeBool, CTaskDilateByte,
+/// CTaskErodeByte; CTaskDilateEx, CTaskErodeEx, CTaskMinAddEx, CTaskMinSubEx.
 #pragma once
 
 #include "zuml/core/export.h"

@@ -3,7 +3,8 @@
 ///
 /// A threshold t puts the bins below t in the lower class. Histograms are those of ZUMHistogram:
 /// bins are X coordinates, which need not begin at 0, and serve as grey levels; each product of a
-/// level and a count is a 32-bit one. The forms for byte images work on the histogram of all 256
+/// level and a count is a 32-bit one. A histogram without pixels at Y, Z and T 0 has no bins. The
+/// forms for byte images work on the histogram of all 256
 /// values. Everything runs in the caller's thread. Where no bin qualifies, the threshold is 0.
 #pragma once
 
@@ -21,8 +22,8 @@
 [[nodiscard]] ZUML_API ZUMByte ZUMValleyMinSumThr(const ZUMImage<ZUMByte>& image);
 
 /// The bin in the deepest valley, by how far it lies below the lower of the peaks of both sides,
-/// the last bin left out; of equally deep ones the one further from the nearer class mean, and then
-/// the first. A side without pixels has no mean, and its bin is passed over.
+/// the last bin left out. Of equally deep bins it is the one further from the nearer class mean,
+/// and then the first. A bin with no pixel on one of its sides is no candidate.
 [[nodiscard]] ZUML_API int ZUMHistogramValleyThr(const ZUMImage<ZUMLong>& histogram);
 [[nodiscard]] ZUML_API ZUMByte ZUMValleyThr(const ZUMImage<ZUMByte>& image);
 

@@ -32,12 +32,12 @@ int SelectOtsu(const Bins& bins, Weight weight) {
   ZUMLong n0 = 0;
   double s0 = 0, best = 0;
   int threshold = 0;
-  for (int i = bins.Begin(); i <= bins.End(); ++i) {
+  for (std::int64_t i = bins.Begin(); i <= bins.End(); ++i) {
     const double criterion =
         BetweenClasses(n0, s0, ZUMWrapSub(total, n0), moment - s0) * weight(total, bins.Count(i));
     if (criterion > best) {
       best = criterion;
-      threshold = i;
+      threshold = static_cast<int>(i);
     }
     n0 = ZUMWrapAdd(n0, bins.Count(i));
     s0 += bins.Moment(i);
@@ -110,25 +110,25 @@ ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(const ZUMImage<ZUMLong>& histogram) {
   ZUMArray<ZUMLong> thresholds(2u);
   thresholds[0] = thresholds[1] = 0;
   const double total = bins.Total();
-  const auto bin_class = [&](int i) {
+  const auto bin_class = [&](std::int64_t i) {
     const double p = bins.Count(i) / total;
-    return Class{bins.Count(i), p, i * p};
+    return Class{bins.Count(i), p, static_cast<double>(i) * p};
   };
   Class whole;
-  for (int i = bins.Begin(); i <= bins.End(); ++i) whole.Add(bin_class(i));
+  for (std::int64_t i = bins.Begin(); i <= bins.End(); ++i) whole.Add(bin_class(i));
   const double mean = whole.moment / whole.weight;
   double best = 0;
   Class low;
-  for (int t1 = bins.Begin(); t1 < bins.End(); ++t1) {
+  for (std::int64_t t1 = bins.Begin(); t1 < bins.End(); ++t1) {
     Class middle, high = whole - low;
-    for (int t2 = t1; t2 < bins.End(); ++t2) {
+    for (std::int64_t t2 = t1; t2 < bins.End(); ++t2) {
       if (low.HasPixels() && middle.HasPixels() && high.HasPixels()) {
         const double spread =
             low.SpreadFrom(mean) + middle.SpreadFrom(mean) + high.SpreadFrom(mean);
         if (spread > best) {
           best = spread;
-          thresholds[0] = t1;
-          thresholds[1] = t2;
+          thresholds[0] = static_cast<ZUMLong>(t1);
+          thresholds[1] = static_cast<ZUMLong>(t2);
         }
       }
       const Class moved = bin_class(t2);

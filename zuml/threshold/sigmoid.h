@@ -9,9 +9,10 @@
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMSigmoidX(ZUMReal x0, ZUMReal y0, ZUMReal k, int from,
                                                      int to);
 
-/// The same curve laid along a direction through the origin, `angle` in radians, in the square from
-/// (-r, -r) to (r, r), r = max(|from|, |to|): its value by the position along the direction, up to
-/// `half_width` on both sides of it and between `from` and `to`; 0 elsewhere.
+/// The same curve along a direction through the origin, `angle` in radians, in the square from
+/// (-r, -r) to (r, r), r = max(|from|, |to|). A pixel takes the curve's value at its position along
+/// the direction if that lies between `from` and `to` and the pixel at most `half_width` beside it;
+/// elsewhere it is 0.
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMSigmoidX(ZUMReal x0, ZUMReal y0, ZUMReal k,
                                                      ZUMReal angle, ZUMReal half_width, int from,
                                                      int to);

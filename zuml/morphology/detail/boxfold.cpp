@@ -1,15 +1,20 @@
 #include "zuml/morphology/detail/boxfold.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
-#include <type_traits>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/xqmemory.h"
+#include "zuml/morphology/detail/lines.h"
 
 using zuml_detail::Axis;
 using zuml_detail::FoldWindows;
 using zuml_detail::ForEachBlock;
+using zuml_detail::kX;
 using zuml_detail::MakeScratch;
 using zuml_detail::ScratchBlock;
 using zuml_detail::Stored;
@@ -25,8 +30,8 @@ constexpr int kShortWindow = 5;
 constexpr std::ptrdiff_t kFarApart = 2048;
 
 template <class P, class Order>
-void FoldFewWindows(Stored<P>* out, const Stored<P>* in, int count, int step, int last,
-                    std::ptrdiff_t n) {
+void FoldFewWindows(Stored<P>* out, const Stored<P>* in, std::ptrdiff_t count, std::ptrdiff_t step,
+                    std::ptrdiff_t last, std::ptrdiff_t n) {
   switch (count) {
     case 1:
       return FoldWindows<P, Order, 1>(out, in, step, last, n);
@@ -42,9 +47,9 @@ void FoldFewWindows(Stored<P>* out, const Stored<P>* in, int count, int step, in
 // out[i] = the fold of in[i] to in[i + length - 1], for n pixels. The scratch lines hold
 // n + length - 1 pixels each.
 template <class P, class Order>
-void FoldAlongLine(Stored<P>* out, const Stored<P>* in, int length, std::ptrdiff_t n,
+void FoldAlongLine(Stored<P>* out, const Stored<P>* in, std::ptrdiff_t length, std::ptrdiff_t n,
                    Stored<P>* scratch, Stored<P>* other) {
-  int known = 1;  // the length of the windows that `in` holds
+  std::ptrdiff_t known = 1;  // the length of the windows that `in` holds
   for (; 4 * known < length; known *= 4) {
     FoldWindows<P, Order, 4>(scratch, in, known, 3 * known, n + length - 4 * known);
     in = scratch;
@@ -55,12 +60,12 @@ void FoldAlongLine(Stored<P>* out, const Stored<P>* in, int length, std::ptrdiff
 
 // out0 and out1 = the folds of lines[0] to lines[length - 1] and of lines[1] to lines[length].
 template <class P, class Order>
-void FoldTwoLines(Stored<P>* out0, Stored<P>* out1, const Stored<P>* const* lines, int length,
-                  std::ptrdiff_t n) {
+void FoldTwoLines(Stored<P>* out0, Stored<P>* out1, const Stored<P>* const* lines,
+                  std::ptrdiff_t length, std::ptrdiff_t n) {
   ForEachBlock<P, 4>(n, [=]<class Block>(std::ptrdiff_t i) {
     Block common, kept;
     common.Load(lines[1] + i);
-    for (int k = 2; k < length; ++k) common.template Fold<Order>(lines[k] + i);
+    for (std::ptrdiff_t k = 2; k < length; ++k) common.template Fold<Order>(lines[k] + i);
     kept.Load(lines[0] + i);
     kept.template Fold<Order>(common);
     kept.Store(out0 + i);
@@ -71,11 +76,12 @@ void FoldTwoLines(Stored<P>* out0, Stored<P>* out1, const Stored<P>* const* line
 
 // out = the fold of `count` lines.
 template <class P, class Order>
-void FoldLines(Stored<P>* out, const Stored<P>* const* lines, int count, std::ptrdiff_t n) {
+void FoldLines(Stored<P>* out, const Stored<P>* const* lines, std::ptrdiff_t count,
+               std::ptrdiff_t n) {
   ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
     Block kept;
     kept.Load(lines[0] + i);
-    for (int k = 1; k < count; ++k) kept.template Fold<Order>(lines[k] + i);
+    for (std::ptrdiff_t k = 1; k < count; ++k) kept.template Fold<Order>(lines[k] + i);
     kept.Store(out + i);
   });
 }
@@ -84,12 +90,12 @@ void FoldLines(Stored<P>* out, const Stored<P>* const* lines, int count, std::pt
 // lines.
 template <class P, class Order>
 void FoldPrefixes(Stored<P>* out, std::ptrdiff_t out_stride, const Stored<P>* suffixes,
-                  std::ptrdiff_t suffix_stride, const Stored<P>* const* lines, int count,
+                  std::ptrdiff_t suffix_stride, const Stored<P>* const* lines, std::ptrdiff_t count,
                   std::ptrdiff_t n) {
   ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
     Block prefix, kept;
     prefix.Load(lines[0] + i);
-    for (int k = 0;;) {
+    for (std::ptrdiff_t k = 0;;) {
       kept.Load(suffixes + k * suffix_stride + i);
       kept.template Fold<Order>(prefix);
       kept.Store(out + k * out_stride + i);
@@ -102,11 +108,11 @@ void FoldPrefixes(Stored<P>* out, std::ptrdiff_t out_stride, const Stored<P>* su
 // Line k of `suffixes` = the fold of lines[k + 1] to lines[count - 1]; out = that of all lines.
 template <class P, class Order>
 void FoldSuffixes(Stored<P>* out, Stored<P>* suffixes, std::ptrdiff_t suffix_stride,
-                  const Stored<P>* const* lines, int count, std::ptrdiff_t n) {
+                  const Stored<P>* const* lines, std::ptrdiff_t count, std::ptrdiff_t n) {
   ForEachBlock<P, 2>(n, [=]<class Block>(std::ptrdiff_t i) {
     Block suffix;
     suffix.Load(lines[count - 1] + i);
-    for (int k = count - 2; k >= 0; --k) {
+    for (std::ptrdiff_t k = count - 2; k >= 0; --k) {
       suffix.Store(suffixes + k * suffix_stride + i);
       suffix.template Fold<Order>(lines[k] + i);
     }
@@ -121,13 +127,13 @@ class Strip {
   using S = Stored<P>;
 
  public:
-  Strip(const ZUMImage<P>& image, const ZUMRect& window, Axis axis, int most)
+  Strip(const ZUMImage<P>& image, const ZUMRect& window, Axis axis, std::ptrdiff_t most)
       : image_(image),
         box_(image.Rect()),
         window_(window),
         axis_(axis),
-        length_(window.end.*axis - window.begin.*axis + 1),
-        x_length_(window.end.x - window.begin.x + 1),
+        length_(zuml_detail::SizeOf(window, axis)),
+        x_length_(zuml_detail::SizeOf(window, kX)),
         room_((most + 63) / 64 * 64),
         lines_(static_cast<std::size_t>(length_ + 1)),
         buffers_(MakeScratch<S>(static_cast<std::size_t>(room_) *
@@ -139,13 +145,13 @@ class Strip {
 
   // `at` is the first pixel of the strip in the result, whose lines lie `stride` apart from `out`
   // on.
-  void Fold(S* out, std::ptrdiff_t stride, int count, const ZUMBasePoint<int>& at, int c,
-            int width) {
-    at_ = at;
-    c_ = c;
+  void Fold(S* out, std::ptrdiff_t stride, std::ptrdiff_t count, const ZUMRunPlace& at,
+            std::ptrdiff_t width) {
+    at_ = ZUMBasePoint<int>(at.x, at.y, at.z, at.t);
+    c_ = at.c;
     width_ = width;
     if (length_ == 1) {
-      for (int k = 0; k < count; ++k, out += stride) {
+      for (std::ptrdiff_t k = 0; k < count; ++k, out += stride) {
         const S* line = GetLine(k, out);
         if (line != out) FoldWindows<P, Order, 1>(out, line, 0, 0, width_);
       }
@@ -159,18 +165,21 @@ class Strip {
  private:
   // Line k of the source, counted from the first that the strip's first line asks for. It is
   // computed into `to` or lies elsewhere.
-  const S* GetLine(int k, S* to) {
+  const S* GetLine(std::ptrdiff_t k, S* to) {
+    const std::int64_t line = at_.*axis_ + std::int64_t{window_.begin.*axis_} + k;
+    if (line < box_.begin.*axis_ || line > box_.end.*axis_) return neutral_.get();
     ZUMBasePoint<int> p = at_;
-    p.*axis_ += window_.begin.*axis_ + k;
-    if (p.*axis_ < box_.begin.*axis_ || p.*axis_ > box_.end.*axis_) return neutral_.get();
-    p.x += window_.begin.x;
-    const int n = width_ + x_length_ - 1;
+    p.*axis_ = static_cast<int>(line);
+    const std::int64_t x = std::int64_t{p.x} + window_.begin.x;
+    const std::ptrdiff_t n = width_ + x_length_ - 1;
     const S* in;
     S* const padded = scratch_.get() + 2 * (room_ + x_length_);
-    if (p.x < box_.begin.x || p.x + n - 1 > box_.end.x) {
-      zuml_detail::CopyPaddedLine(padded, image_, p.x, n, p, c_, Order::template kNeutral<S>);
+    if (x < box_.begin.x || x + n - 1 > box_.end.x) {
+      zuml_detail::CopyPaddedLine(padded, image_, x, p.y, p.z, p.t, c_, n,
+                                  Order::template kNeutral<S>);
       in = padded;
     } else {
+      p.x = static_cast<int>(x);
       in = StoredPixels(&image_(p, c_));
       if (x_length_ == 1) return in;
     }
@@ -179,15 +188,15 @@ class Strip {
     return to;
   }
 
-  S* Buffer(int k) { return buffers_.get() + std::ptrdiff_t{k} * room_; }
+  S* Buffer(std::ptrdiff_t k) { return buffers_.get() + k * room_; }
 
   // Two lines of the result at a time share all source lines but two.
-  void FoldShort(S* out, std::ptrdiff_t stride, int count) {
-    const int ring = length_ + 1;
-    for (int k = 0; k < length_ - 1; ++k)
+  void FoldShort(S* out, std::ptrdiff_t stride, std::ptrdiff_t count) {
+    const std::ptrdiff_t ring = length_ + 1;
+    for (std::ptrdiff_t k = 0; k < length_ - 1; ++k)
       lines_[static_cast<std::size_t>(k)] = GetLine(k, Buffer(k));
-    int k = 0;
-    const auto add = [&](int place, int line) {
+    std::ptrdiff_t k = 0;
+    const auto add = [&](std::ptrdiff_t place, std::ptrdiff_t line) {
       lines_[static_cast<std::size_t>(place)] = GetLine(line, Buffer(line % ring));
     };
     for (; k + 1 < count; k += 2, out += 2 * stride) {
@@ -204,12 +213,12 @@ class Strip {
 
   // The source's lines form blocks of `length` lines; a window is the suffix of one block and the
   // prefix of the next.
-  void FoldLong(S* out, std::ptrdiff_t stride, int count) {
+  void FoldLong(S* out, std::ptrdiff_t stride, std::ptrdiff_t count) {
     S* const suffixes = Buffer(length_);
-    const int total = count + length_ - 1;
-    for (int first = 0; first < total; first += length_) {
-      const int lines = std::min(length_, total - first);
-      for (int k = 0; k < lines; ++k) {
+    const std::ptrdiff_t total = count + length_ - 1;
+    for (std::ptrdiff_t first = 0; first < total; first += length_) {
+      const std::ptrdiff_t lines = std::min(length_, total - first);
+      for (std::ptrdiff_t k = 0; k < lines; ++k) {
         lines_[static_cast<std::size_t>(k)] = GetLine(first + k, Buffer(k));
       }
       if (first > 0) {
@@ -224,12 +233,12 @@ class Strip {
   }
 
   // Writes `count` lines of the result from the suffixes of one block and the prefixes of the next.
-  void WriteFolds(S* out, std::ptrdiff_t stride, S* suffixes, int count) {
+  void WriteFolds(S* out, std::ptrdiff_t stride, S* suffixes, std::ptrdiff_t count) {
     const bool far_apart = std::abs(stride) * static_cast<std::ptrdiff_t>(sizeof(S)) >= kFarApart;
     FoldPrefixes<P, Order>(far_apart ? suffixes : out, far_apart ? room_ : stride, suffixes, room_,
                            lines_.data(), count, width_);
     if (!far_apart) return;
-    for (int k = 0; k < count; ++k) {
+    for (std::ptrdiff_t k = 0; k < count; ++k) {
       std::copy_n(suffixes + k * room_, width_, out + k * stride);
     }
   }
@@ -237,20 +246,37 @@ class Strip {
   const ZUMImage<P>& image_;
   const ZUMRect box_, window_;
   const Axis axis_;
-  const int length_, x_length_;
+  const std::ptrdiff_t length_, x_length_;
   const std::ptrdiff_t room_;  // for a line; a multiple of the cache's lines
   std::vector<const S*> lines_;
   ScratchBlock<S> buffers_, scratch_, neutral_;
   ZUMBasePoint<int> at_;
-  int c_ = 0, width_ = 0;
+  int c_ = 0;
+  std::ptrdiff_t width_ = 0;
 };
 
 // As wide as the second cache allows with the lines that a strip keeps, and a page at least: long
 // runs are fetched and stored faster.
-int GetStripBytes(int length) {
-  constexpr int kKeptBytes = 128 * 1024, kLeastBytes = 4096;
-  const int lines = length <= kShortWindow ? length + 1 : 2 * length;
+std::ptrdiff_t GetStripBytes(std::ptrdiff_t length) {
+  constexpr std::ptrdiff_t kKeptBytes = 128 * 1024, kLeastBytes = 4096;
+  const std::ptrdiff_t lines = length <= kShortWindow ? length + 1 : 2 * length;
   return std::max(kKeptBytes / lines, kLeastBytes);
+}
+
+// The window without what lies outside the image from every pixel of the part: windows as long as
+// twice the image would cost as much memory. One that misses the image keeps a single step.
+ZUMRect ClipWindow(const ZUMRect& window, const ZUMRect& image, const ZUMRect& part, Axis axis) {
+  ZUMRect clipped = window;
+  for (const Axis a : {axis, kX}) {
+    const auto least = zuml_detail::ToCoordinate(std::int64_t{image.begin.*a} - part.end.*a);
+    const auto most = zuml_detail::ToCoordinate(std::int64_t{image.end.*a} - part.begin.*a);
+    clipped.begin.*a = std::max(window.begin.*a, least);
+    clipped.end.*a = std::min(window.end.*a, most);
+    if (clipped.begin.*a > clipped.end.*a) {
+      clipped.begin.*a = clipped.end.*a = window.begin.*a;
+    }
+  }
+  return clipped;
 }
 
 }  // namespace
@@ -262,21 +288,25 @@ void BoxPass<P, Order>::Run(const ZUMRoDRef& part, const ZUMGenericImage& generi
   if (part.EmptyP()) return;
   const auto& result = static_cast<const ZUMImage<P>&>(generic);
   const ZUMRect box = part.Rect();
-  const int length = window_.end.*axis_ - window_.begin.*axis_ + 1;
-  const int most = std::min(part.RoDXSz(), GetStripBytes(length) / static_cast<int>(sizeof(P)));
-  Strip<P, Order> strip(image_, window_, axis_, most);
+  const ZUMRect window = ClipWindow(window_, image_.Rect(), box, axis_);
+  const std::ptrdiff_t most = std::min<std::ptrdiff_t>(
+      part.RoDXSz(), GetStripBytes(SizeOf(window, axis_)) / static_cast<int>(sizeof(P)));
+  Strip<P, Order> strip(image_, window, axis_, most);
   ZUMRect heads = box;
   heads.end.*axis_ = heads.begin.*axis_;
   ZUMBasePoint<int> step;
   step.*axis_ = 1;
   const std::ptrdiff_t stride = result.Displacement(step, 0);
-  ForEachLine(heads, result.GetCSz(), [&](int y, int z, int t, int c) {
-    for (int x = box.begin.x; x <= box.end.x; x += most) {
-      strip.Fold(StoredPixels(&result(x, y, z, t, c)), stride,
-                 box.end.*axis_ - box.begin.*axis_ + 1, ZUMBasePoint<int>(x, y, z, t), c,
-                 std::min(most, box.end.x - x + 1));
-    }
-  });
+  ZUMForEachPlacedRun(
+      heads,
+      [&](ZUMRunPlace at, P* out, std::ptrdiff_t n) {
+        const int first = at.x;
+        for (std::ptrdiff_t x = 0; x < n; x += most) {
+          at.x = static_cast<int>(first + x);
+          strip.Fold(StoredPixels(out + x), stride, SizeOf(box, axis_), at, std::min(most, n - x));
+        }
+      },
+      result);
 }
 
 #define ZUML_INSTANTIATE(PIX)            \

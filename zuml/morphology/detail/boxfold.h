@@ -2,11 +2,13 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/zumimage.h"
 #include "zuml/morphology/detail/foldtask.h"
 #include "zuml/morphology/detail/lanes.h"
-#include "zuml/morphology/detail/lines.h"
 
 namespace zuml_detail {
 
@@ -20,6 +22,7 @@ class BoxPass final : public FoldPass {
   BoxPass(const ZUMImage<P>& image, const ZUMRect& window, Axis axis)
       : image_(image), window_(window), axis_(axis) {}
 
+  int Cost() const override { return 4; }
   void Run(const ZUMRoDRef& part, const ZUMGenericImage& result) const override;
 
  private:
@@ -39,20 +42,20 @@ struct BoxTasks {
 
 /// Folds for each point p of `rod` the pixels from p + window.begin to p + window.end. What lies
 /// outside the image contributes nothing, and a window that misses the image gives the neutral
-/// value. Offered for the integer types, where the order of a fold plays no role: X and Y are
-/// folded in one pass, that along Y if the window has an extent there.
+/// value. Image and region begin at the origin, and the window does not lie further from it than
+/// the image is long. Offered for the integer types, where the order of a fold plays no role: X and
+/// Y are folded in one pass, that along Y if the window has an extent there.
 template <class Tasks, class Order, class P>
 ZUMImage<P> FoldBox(const ZUMImage<P>& image, const ZUMRoDRef& rod, const ZUMRect& window) {
-  using Point = ZUMBasePoint<int>;
-  if (rod.EmptyP()) return ZUMImage<P>(rod, image.GetCSz(), nullptr);
   const auto moves = [&](Axis axis) { return window.begin.*axis != 0 || window.end.*axis != 0; };
-  const bool along_y = moves(&Point::y), along_z = moves(&Point::z), along_t = moves(&Point::t);
+  const bool along_y = moves(kY), along_z = moves(kZ), along_t = moves(kT);
 
   // What later passes read along Z and T.
   ZUMRect box = rod.Rect();
-  for (const Axis axis : {&Point::z, &Point::t}) {
-    box.begin.*axis = std::max(box.begin.*axis + window.begin.*axis, image.Begin().*axis);
-    box.end.*axis = std::min(box.end.*axis + window.end.*axis, image.End().*axis);
+  for (const Axis axis : {kZ, kT}) {
+    const auto moved = [&](int a, int by) { return ToCoordinate(std::int64_t{a} + by); };
+    box.begin.*axis = std::max(moved(box.begin.*axis, window.begin.*axis), image.Begin().*axis);
+    box.end.*axis = std::min(moved(box.end.*axis, window.end.*axis), image.End().*axis);
   }
   ZUMRect rest = window;
   ZUMImage<P> folded = image;
@@ -61,20 +64,20 @@ ZUMImage<P> FoldBox(const ZUMImage<P>& image, const ZUMRoDRef& rod, const ZUMRec
         RunFold<Task, P>(ZUMRoDRef(box), image.GetCSz(), BoxPass<P, Order>(folded, rest, axis));
   };
   if (along_y) {
-    run.template operator()<typename Tasks::Y>(&Point::y);
-  } else if (moves(&Point::x) || !(along_z || along_t)) {
-    run.template operator()<typename Tasks::X>(&Point::y);
+    run.template operator()<typename Tasks::Y>(kY);
+  } else if (moves(kX) || !(along_z || along_t)) {
+    run.template operator()<typename Tasks::X>(kY);
   }
   rest.begin.x = rest.end.x = 0;
   if (along_z) {
     box.begin.z = rod.BeginZ();
     box.end.z = rod.EndZ();
-    run.template operator()<typename Tasks::Z>(&Point::z);
+    run.template operator()<typename Tasks::Z>(kZ);
   }
   if (along_t) {
     box.begin.t = rod.BeginT();
     box.end.t = rod.EndT();
-    run.template operator()<typename Tasks::T>(&Point::t);
+    run.template operator()<typename Tasks::T>(kT);
   }
   return folded;
 }

@@ -2,46 +2,16 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
+#include <cstdint>
 #include <tuple>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/xqmemory.h"
-#include "zuml/core/zumsweep.h"
 #include "zuml/morphology/detail/lines.h"
 
 namespace zuml_detail {
-
-std::vector<Step> ListSteps(const ZUMImage<ZUMBool>& element, Direction direction) {
-  std::vector<Step> steps;
-  for (ZUMGenericSweepCoords1 sweep(element, element); sweep.GetStart1(); sweep.Next()) {
-    const auto* start = static_cast<const ZUMByte*>(sweep.GetStart1());
-    const auto* end = static_cast<const ZUMByte*>(sweep.GetEnd1());
-    for (const ZUMByte* p = start; p <= end; ++p) {
-      if (*p == 0) continue;
-      const Step k(sweep.GetX() + static_cast<int>(p - start), sweep.GetY(), sweep.GetZ(),
-                   sweep.GetT());
-      steps.push_back(direction == Direction::kDirect ? k : Mirror(k));
-    }
-  }
-  return steps;
-}
-
-ZUMRoDRef ShrinkRegion(const ZUMRoDRef& rod, const ZUMRect& bounds, Direction direction) {
-  return direction == Direction::kDirect ? MakeDirectRegion(rod, bounds)
-                                         : MakeMirroredRegion(rod, bounds);
-}
-
-ZUMRect BoundsOf(const std::vector<Step>& steps) {
-  ZUMRect bounds(steps.front(), steps.front());
-  for (const Step& s : steps) {
-    for (const auto axis : kAxes) {
-      bounds.begin.*axis = std::min(bounds.begin.*axis, s.*axis);
-      bounds.end.*axis = std::max(bounds.end.*axis, s.*axis);
-    }
-  }
-  return bounds;
-}
 
 ElementPlan::ElementPlan(const std::vector<Step>& steps, bool any_order, bool inside) {
   for (const Step& s : steps) {
@@ -98,22 +68,18 @@ void ElementFold<P, Order>::Run(const ZUMRoDRef& part, const ZUMGenericImage& ge
   }
 }
 
-// Reads the image itself. The addresses are formed from that of the first tap, which lies in the
-// image also where the result's pixel does not.
+// Reads the image itself: every step leads from a pixel of the image to one of the image.
 template <class P, class Order>
 void ElementFold<P, Order>::RunLines(const ZUMRoDRef& part, const ZUMImage<P>& result) const {
-  const Step first = plan_.taps.front().at;
   std::vector<std::ptrdiff_t> offsets;
-  for (const ElementPlan::Tap& tap : plan_.taps) {
-    offsets.push_back(image_.Displacement(tap.at.x - first.x, tap.at.y - first.y,
-                                          tap.at.z - first.z, tap.at.t - first.t, 0));
-  }
-  ForEachLine(part, result.GetCSz(), [&](int y, int z, int t, int c) {
-    FoldTaps<P, Order>(
-        StoredPixels(&result(part.BeginX(), y, z, t, c)),
-        StoredPixels(&(image_)(part.BeginX() + first.x, y + first.y, z + first.z, t + first.t, c)),
-        offsets.data(), static_cast<int>(offsets.size()), start_, part.RoDXSz());
-  });
+  for (const ElementPlan::Tap& tap : plan_.taps) offsets.push_back(image_.Displacement(tap.at, 0));
+  ZUMForEachRun(
+      part,
+      [&](P* out, const P* in, std::ptrdiff_t n) {
+        FoldTaps<P, Order>(StoredPixels(out), StoredPixels(in), offsets.data(),
+                           static_cast<int>(offsets.size()), start_, n);
+      },
+      result, image_);
 }
 
 // Reads copies of tiles, widened by the element's reach, with neutral values outside the image.
@@ -123,15 +89,16 @@ void ElementFold<P, Order>::RunTiles(const ZUMRoDRef& part, const ZUMImage<P>& r
   constexpr std::ptrdiff_t kTileBytes = 192 * 1024;  // stays in the second cache
   constexpr std::ptrdiff_t kLineBytes = 2048;
   const ZUMRect reach = plan_.reach;
-  const int reach_x = reach.end.x - reach.begin.x, reach_y = reach.end.y - reach.begin.y;
-  const int slabs = static_cast<int>(plan_.slabs.size()), planes = plan_.levels + 1;
+  const std::ptrdiff_t reach_x = SizeOf(reach, kX) - 1, reach_y = SizeOf(reach, kY) - 1;
+  const auto slabs = static_cast<std::ptrdiff_t>(plan_.slabs.size());
+  const int planes = plan_.levels + 1;
 
-  const int width = static_cast<int>(
-      std::min<std::ptrdiff_t>(part.RoDXSz(), kLineBytes / static_cast<int>(sizeof(S))));
+  const std::ptrdiff_t width =
+      std::min<std::ptrdiff_t>(part.RoDXSz(), kLineBytes / static_cast<int>(sizeof(S)));
   const std::ptrdiff_t line = width + reach_x;
   const std::ptrdiff_t line_bytes = line * static_cast<int>(sizeof(S)) * slabs * planes;
-  const int height = static_cast<int>(std::min<std::ptrdiff_t>(
-      part.RoDYSz(), std::max<std::ptrdiff_t>({16, reach_y, kTileBytes / line_bytes - reach_y})));
+  const std::ptrdiff_t height = std::min<std::ptrdiff_t>(
+      part.RoDYSz(), std::max<std::ptrdiff_t>({16, reach_y, kTileBytes / line_bytes - reach_y}));
   const std::ptrdiff_t slab_size = line * (height + reach_y), plane_size = slab_size * slabs;
   const auto tile = MakeScratch<S>(static_cast<std::size_t>(plane_size * planes));
 
@@ -144,14 +111,15 @@ void ElementFold<P, Order>::RunTiles(const ZUMRoDRef& part, const ZUMImage<P>& r
                       (tap.at.y - reach.begin.y) * line + tap.at.x - reach.begin.x);
   }
 
-  const auto fill = [&](int x, int y, int n, int lines, int z, int t, int c) {
-    for (int s = 0; s < slabs; ++s) {
+  // The copies for `lines` lines of n pixels of the result, which begin at (x, y, z, t).
+  const auto fill = [&](std::int64_t x, std::int64_t y, std::int64_t z, std::int64_t t, int c,
+                        std::ptrdiff_t n, std::ptrdiff_t lines) {
+    for (std::ptrdiff_t s = 0; s < slabs; ++s) {
       S* const slab = tile.get() + s * slab_size;
-      for (int i = 0; i < lines + reach_y; ++i) {
-        CopyPaddedLine(slab + i * line, image_, x + reach.begin.x, n + reach_x,
-                       Step(0, y + reach.begin.y + i, z + plan_.slabs[static_cast<size_t>(s)].first,
-                            t + plan_.slabs[static_cast<size_t>(s)].second),
-                       c, Order::template kNeutral<S>);
+      const auto& [slab_z, slab_t] = plan_.slabs[static_cast<std::size_t>(s)];
+      for (std::ptrdiff_t i = 0; i < lines + reach_y; ++i) {
+        CopyPaddedLine(slab + i * line, image_, x + reach.begin.x, y + reach.begin.y + i,
+                       z + slab_z, t + slab_t, c, n + reach_x, Order::template kNeutral<S>);
       }
       // A window that reaches beyond the end of its line holds no pixel that a tap asks for.
       const std::ptrdiff_t filled = line * (lines + reach_y);
@@ -165,20 +133,24 @@ void ElementFold<P, Order>::RunTiles(const ZUMRoDRef& part, const ZUMImage<P>& r
   };
 
   ZUMRect corners = part.Rect();
+  const std::ptrdiff_t rows = SizeOf(corners, kY), out_line = result.GetLineSz();
   corners.end.y = corners.begin.y;
-  ForEachLine(ZUMRoDRef(corners), result.GetCSz(), [&](int, int z, int t, int c) {
-    for (int y = part.BeginY(); y <= part.EndY(); y += height) {
-      for (int x = part.BeginX(); x <= part.EndX(); x += width) {
-        const int n = std::min(width, part.EndX() - x + 1);
-        const int lines = std::min(height, part.EndY() - y + 1);
-        fill(x, y, n, lines, z, t, c);
-        for (int i = 0; i < lines; ++i) {
-          FoldTaps<P, Order>(StoredPixels(&result(x, y + i, z, t, c)), tile.get() + i * line,
-                             offsets.data(), static_cast<int>(offsets.size()), start_, n);
+  ZUMForEachPlacedRun(
+      corners,
+      [&](const ZUMRunPlace& at, P* out, std::ptrdiff_t columns) {
+        for (std::ptrdiff_t y = 0; y < rows; y += height) {
+          for (std::ptrdiff_t x = 0; x < columns; x += width) {
+            const std::ptrdiff_t n = std::min(width, columns - x),
+                                 lines = std::min(height, rows - y);
+            fill(at.x + x, at.y + y, at.z, at.t, at.c, n, lines);
+            for (std::ptrdiff_t i = 0; i < lines; ++i) {
+              FoldTaps<P, Order>(StoredPixels(out + (y + i) * out_line + x), tile.get() + i * line,
+                                 offsets.data(), static_cast<int>(offsets.size()), start_, n);
+            }
+          }
         }
-      }
-    }
-  });
+      },
+      result);
 }
 
 #define ZUML_INSTANTIATE(PIX)                \

@@ -1,31 +1,17 @@
 /// Extrema under a structuring element given pixel by pixel.
 #pragma once
 
+#include <algorithm>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "zuml/core/zumimage.h"
 #include "zuml/morphology/detail/foldtask.h"
 #include "zuml/morphology/detail/lanes.h"
+#include "zuml/morphology/detail/steps.h"
 
 namespace zuml_detail {
-
-/// Where a source pixel lies, seen from the result's pixel that it contributes to.
-using Step = ZUMBasePoint<int>;
-
-/// p + k or p - k for the element's pixel k and the result's pixel p.
-enum class Direction { kDirect, kMirrored };
-
-inline Step Mirror(const Step& k) { return Step(-k.x, -k.y, -k.z, -k.t); }
-
-/// The steps of the element's true pixels, in sweep order.
-std::vector<Step> ListSteps(const ZUMImage<ZUMBool>& element, Direction direction);
-
-/// The region at whose points no element inside the bounds leaves `rod`.
-ZUMRoDRef ShrinkRegion(const ZUMRoDRef& rod, const ZUMRect& bounds, Direction direction);
-
-/// The least box with all steps; there is at least one.
-ZUMRect BoundsOf(const std::vector<Step>& steps);
 
 /// How a fold reads its element. Where the order of a fold plays no role, runs of steps along X are
 /// covered by at most two windows whose lengths are powers of two; the windows of each length are
@@ -45,7 +31,8 @@ struct ElementPlan {
   ElementPlan(const std::vector<Step>& steps, bool any_order, bool inside);
 };
 
-/// The fold of the pixels under the element. What lies outside the image contributes nothing.
+/// The fold of the pixels under the element. What lies outside the image contributes nothing. Image
+/// and result begin at the origin.
 template <class P, class Order>
 class ElementFold final : public FoldPass {
  public:
@@ -53,6 +40,7 @@ class ElementFold final : public FoldPass {
   ElementFold(const ZUMImage<P>& image, const ElementPlan& plan, const Stored<P>* start)
       : image_(image), plan_(plan), start_(start) {}
 
+  int Cost() const override { return static_cast<int>(plan_.taps.size()) + 2 * plan_.levels; }
   void Run(const ZUMRoDRef& part, const ZUMGenericImage& result) const override;
 
  private:

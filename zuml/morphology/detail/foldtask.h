@@ -9,6 +9,8 @@ namespace zuml_detail {
 /// A pass over an image: it computes the result's pixels on a part of its region.
 class FoldPass {
  public:
+  /// About how many pixels it reads for one of the result.
+  virtual int Cost() const = 0;
   virtual void Run(const ZUMRoDRef& part, const ZUMGenericImage& result) const = 0;
 
  protected:
@@ -22,6 +24,7 @@ class FoldTask : public XQTask {
   const ZUMGenericImage* result;
   const FoldPass* pass;
 
+  int Cost() const { return pass->Cost(); }
   void Run() override { pass->Run(part, *result); }
 };
 

@@ -42,36 +42,32 @@ struct Least {
 template <class P, int U>
 struct Lanes {
   using S = Stored<P>;
-  typedef S Vector __attribute__((vector_size(kVectorBytes)));
-  // A vector anywhere in memory.
-  typedef S Loose __attribute__((vector_size(kVectorBytes), aligned(alignof(S)), may_alias));
-  static constexpr int kLanes = static_cast<int>(kVectorBytes / sizeof(S));
+  using V = Vector<S>;
+  static constexpr int kLanes = VectorOf<S>::kLanes;
 
-  Vector v[U];
+  V v[U];
 
   void Set(S value) {
     // Less 0 is any value itself; with 0 added, -0.0 would be 0.0.
-    ForEach([&](auto u) { v[u] = value - Vector{}; });
+    ForEach([&](auto u) { v[u] = value - V{}; });
   }
   void Load(const S* from) {
-    ForEach([&](auto u) { v[u] = *reinterpret_cast<const Loose*>(from + u * kLanes); });
+    ForEach([&](auto u) { v[u] = LoadVector<V>(from + u * kLanes); });
   }
   template <class Order>
   void Fold(const Lanes& other) {
-    ForEach([&](auto u) { v[u] = Order::template Fold<Vector>(v[u], other.v[u]); });
+    ForEach([&](auto u) { v[u] = Order::template Fold<V>(v[u], other.v[u]); });
   }
   template <class Order>
   void Fold(const S* from) {
-    ForEach([&](auto u) {
-      const Vector value = *reinterpret_cast<const Loose*>(from + u * kLanes);
-      v[u] = Order::template Fold<Vector>(v[u], value);
-    });
+    ForEach(
+        [&](auto u) { v[u] = Order::template Fold<V>(v[u], LoadVector<V>(from + u * kLanes)); });
   }
   void Store(S* to) const {
     ForEach([&](auto u) {
-      Vector out = v[u];
-      if constexpr (std::same_as<P, ZUMBool>) out = Least::Fold<Vector>(out, Vector{} + S{1});
-      *reinterpret_cast<Loose*>(to + u * kLanes) = out;
+      V out = v[u];
+      if constexpr (std::same_as<P, ZUMBool>) out = Least::Fold<V>(out, V{} + S{1});
+      StoreVector(to + u * kLanes, out);
     });
   }
 

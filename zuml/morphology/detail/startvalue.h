@@ -4,6 +4,7 @@
 #include <type_traits>
 
 #include "zuml/algebra/extrema.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/morphology/detail/lanes.h"
 
@@ -16,10 +17,9 @@ inline void RequireSingleChannelElement(const char* operation, const ZUMRaster& 
   }
 }
 
-/// Whether the element's region holds the origin and its pixel there is not 0.
-template <class P>
-bool OriginP(const ZUMImage<P>& element) {
-  return element.InP(0, 0, 0, 0) && *StoredPixels(&element(0, 0, 0, 0, 0)) != 0;
+/// Whether the element's region holds the origin and its pixel there is true.
+inline bool HoldsOrigin(const ZUMImage<ZUMBool>& element) {
+  return element.InP(0, 0, 0, 0) && ValueAt(&element(0), 0);
 }
 
 /// The image's value that an order prefers last: the least one before a maximum.
