@@ -79,21 +79,30 @@ ZUMRoDRef MakeProjectedRegion(const ZUMRoDRef& rod, Axis axis) {
   return box;
 }
 
+// The loops over a run stay functions of their own: inlined into the sweep they would get too few
+// registers.
+
+template <class Op, class OutT, class InT>
+[[gnu::noinline]] void AddAlong(OutT* r, const InT* x, std::ptrdiff_t n) {
+  *r = Op::AddRun(*r, x, n);
+}
+
+template <class Op, class OutT, class InT>
+[[gnu::noinline]] void AddAcross(OutT* r, const InT* x, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Add(r[i], ValueAt(x, i));
+}
+
 template <class Op, class OutT, class InT>
 ZUMImage<OutT> Project(const ZUMImage<InT>& image, Axis axis) {
   const ZUMRoDRef rod = MakeProjectedRegion(image, axis);
   const ZUMImage<OutT> result(rod, image.GetCSz(), Op::template kStart<OutT>);
+  ZUMBasePoint<int> keep(1, 1, 1, 1);
+  keep.*axis = 0;
   ZUMForEachPlacedRun(
       image,
-      [&](const ZUMRunPlace& place, const InT* x, std::ptrdiff_t n) {
-        ZUMBasePoint<int> at(place.x, place.y, place.z, place.t);
-        at.*axis = 0;
-        OutT* r = &result(at, place.c);
-        if (axis == kX) {
-          *r = Op::AddRun(*r, x, n);
-        } else {
-          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Add(r[i], ValueAt(x, i));
-        }
+      [&result, keep](const ZUMRunPlace& at, const InT* x, std::ptrdiff_t n) {
+        OutT* r = &result(at.x * keep.x, at.y * keep.y, at.z * keep.z, at.t * keep.t, at.c);
+        keep.x == 0 ? AddAlong<Op>(r, x, n) : AddAcross<Op>(r, x, n);
       },
       image);
   return result;
