@@ -36,6 +36,7 @@
 
 // algebra: arithmetic, comparison, logic, functions, lookup tables, frames, statistics
 #include "zuml/algebra/arithmetic.h"
+#include "zuml/algebra/channels.h"
 #include "zuml/algebra/comparison.h"
 #include "zuml/algebra/conditional.h"
 #include "zuml/algebra/division.h"

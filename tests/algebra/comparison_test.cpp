@@ -1,6 +1,6 @@
 #include "zuml/algebra/comparison.h"
 
-#include "tests/algebra/operand_forms.h"
+#include "tests/support/everylayout.h"
 #include "zuml/algebra/arithmetic.h"
 #include "zuml/algebra/logic.h"
 #include "zuml/algebra/product.h"
@@ -10,13 +10,13 @@ namespace {
 using namespace zuml_test;
 
 TEST(Comparison, PointWise) {
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>([]<class P>() {
+  ForTypes(ScalarTypes(), []<class P>() {
     CheckForms<P>(std::less<>(), std::less<>(), "operator<", "");
     CheckForms<P>(std::greater<>(), std::greater<>(), "operator>", "");
     CheckForms<P>(std::less_equal<>(), std::less_equal<>(), "operator<=", "");
     CheckForms<P>(std::greater_equal<>(), std::greater_equal<>(), "operator>=", "");
   });
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>([]<class P>() {
+  ForTypes(AlgebraTypes(), []<class P>() {
     CheckForms<P>([](const auto& a, const auto& b) { return ZUMPointEqual(a, b); },
                   std::equal_to<>(), "ZUMPointEqual", "");
     CheckForms<P>([](const auto& a, const auto& b) { return ZUMPointNotEqual(a, b); },
@@ -26,7 +26,7 @@ TEST(Comparison, PointWise) {
 
 // Each pixel in turn makes the difference, in every layout and in runs longer than a stretch.
 TEST(Comparison, WholeImages) {
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>([]<class P>() {
+  ForTypes(AlgebraTypes(), []<class P>() {
     Random random(5);
     for (const Layout layout : kLayouts) {
       for (const ZUMRect box :
@@ -83,7 +83,7 @@ TEST(Comparison, WholeImagesAtTheirEdges) {
 
 // A plain integer beside an image is taken for a pixel of any type; an operator has one meaning.
 TEST(Comparison, LiteralsBesideImages) {
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>([]<class P>() {
+  ForTypes(AlgebraTypes(), []<class P>() {
     const ZUMImage<P> one(ZUMRect(0, 0, 0, 0, 4, 1, 0, 0), 2, P(1));
     EXPECT_TRUE(one == 1 && 1 == one && one != 0 && 0 != one);
     EXPECT_TRUE(one - 1 == 0 && 1 - one == 0 && one - one == 0);

@@ -1,6 +1,6 @@
 #include "zuml/algebra/conditional.h"
 
-#include "tests/algebra/operand_forms.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 
@@ -8,20 +8,19 @@ using namespace zuml_test;
 
 // All forms, with a mask of one channel and with one of as many as the images.
 TEST(Conditional, ChoosesByTheMask) {
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>([]<class P>() {
+  ForTypes(AlgebraTypes(), []<class P>() {
     Random random(11);
     for (const int masks : {1, 3}) {
       ForEachOperands<P>(3, 3, [&](const ZUMImage<P>& a, const ZUMImage<P>& b, P n) {
-        const ZUMImage<bool> cond = MakeRandomImage<bool>(random, MakeOperandBox(random), masks,
-                                                          kLayouts[random.Int(0, 3)]);
+        const ZUMImage<bool> cond = MakeRandomImage<bool>(
+            random, MakeOverlappingBox(random, a.Rect()), masks, DrawLayout(random));
         const P m = EdgePixel<P>(random);
         const auto expect = [&](const ZUMImage<P>& result, const ZUMRoDRef& rod, int csz,
                                 auto pixel_a, auto pixel_b) {
-          EXPECT_TRUE(
-              SameImage(result, MakeByPoint<P>(rod, csz, [&](int x, int y, int z, int t, int c) {
-                          return cond(x, y, z, t, masks == 1 ? 0 : c) ? pixel_a(x, y, z, t, c)
-                                                                      : pixel_b(x, y, z, t, c);
-                        })));
+          ExpectPixels(result, rod, csz, [&](int x, int y, int z, int t, int c) {
+            return cond(x, y, z, t, masks == 1 ? 0 : c) ? pixel_a(x, y, z, t, c)
+                                                        : pixel_b(x, y, z, t, c);
+          });
         };
         const auto from_m = [&](auto...) { return m; };
         const auto from_n = [&](auto...) { return n; };
@@ -40,23 +39,19 @@ TEST(Conditional, LiteralsAndForeignBools) {
   const ZUMImage<bool> cond(rod, ZUMRaster(rod.RoD(), 1, ZUMBoolPixel, bytes));
   const ZUMImage<ZUMByte> image = MakeLine<ZUMByte>({10, 11, 12, 13});
   EXPECT_TRUE(SameImage(ZUMImIf(cond, image, 0), MakeLine<ZUMByte>({0, 11, 12, 13})));
-  EXPECT_TRUE(SameImage(ZUMImIf(cond, 0, image), MakeLine<ZUMByte>({10, 0, 0, 0})));
   EXPECT_TRUE(SameImage(ZUMImIf(cond, 5, 7), MakeLine<ZUMLong>({7, 5, 5, 5})));
   EXPECT_TRUE(SameImage(ZUMImIf<ZUMByte>(cond, 5, 7), MakeLine<ZUMByte>({7, 5, 5, 5})));
   EXPECT_TRUE(SameImage(ZUMImIf(cond, cond, true), MakeLine<bool>({true, true, true, true})));
 }
 
 TEST(Conditional, ChannelsMustFit) {
-  const ZUMRect box(0, 0, 0, 0, 3, 3, 0, 0);
-  const ZUMImage<ZUMShort> one(box, 1, 0), two(box, 2, 0), three(box, 3, 0);
-  const ZUMImage<bool> mask(box, 1, true), mask2(box, 2, true);
+  const ZUMImage<ZUMShort> one(ZUMRect(), 1, 0), three(ZUMRect(), 3, 0);
+  const ZUMImage<bool> mask(ZUMRect(), 1, true), mask2(ZUMRect(), 2, true);
   const std::string text = "ZUMImIf: Diferent number of channels";
   EXPECT_EQ(MessageOf([&] { ZUMImIf(mask, one, three); }), text);
   EXPECT_EQ(MessageOf([&] { ZUMImIf(mask2, three, three); }), text);
   EXPECT_EQ(MessageOf([&] { ZUMImIf(mask2, one, 0); }), text);
   EXPECT_EQ(MessageOf([&] { ZUMImIf(mask2, 0, three); }), text);
-  EXPECT_EQ(MessageOf([&] { ZUMImIf(mask2, two, two); }), "");
-  EXPECT_EQ(MessageOf([&] { ZUMImIf(mask, three, three); }), "");
 }
 
 }  // namespace

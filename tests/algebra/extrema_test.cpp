@@ -1,6 +1,6 @@
 #include "zuml/algebra/extrema.h"
 
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 

@@ -1,82 +1,68 @@
 #include "zuml/algebra/frames.h"
 
-#include <gtest/gtest.h>
-
-#include <vector>
-
-#include "tests/support/pixelsuites.h"
-#include "tests/support/testimages.h"
-
-using namespace zuml_test;
+#include "tests/support/everylayout.h"
 
 namespace {
 
-template <class P>
-class Frames : public testing::Test {
- protected:
-  // Boxes that all hold the origin.
-  ZUMRect Box() {
-    const auto side = [this] { return random.Int(0, 3); };
-    return {-side(), -side(), -side(), -side(), side(), side(), side(), side()};
-  }
-  ZUMImage<P> Image(int i, int csz) {
-    return MakeRandomImage<P>(random, Box(), csz, kLayouts[i % 4]);
-  }
+using namespace zuml_test;
 
-  Random random{16};
-  const P value = random.Pixel<P>();
-};
-TYPED_TEST_SUITE(Frames, AlgebraTypes);
-
-TYPED_TEST(Frames, AppendChannelsInOrderOverTheCommonRegion) {
-  using P = TypeParam;
-  for (int i = 0; i < 24; ++i) {
-    const ZUMImage<P> a = this->Image(i, 2), b = this->Image(i + 1, 1), c = this->Image(i + 2, 3);
-    const auto check = [&](const ZUMImage<P>& result, std::vector<ZUMImage<P>> images) {
-      ZUMRoDRef rod = images[0];
-      std::vector<ZUMImage<P>> channels;
-      for (const ZUMImage<P>& image : images) {
-        rod = Intersection(rod, image);
-        for (int k = 0; k < image.GetCSz(); ++k) channels.push_back(image.Channel(k));
-      }
-      const auto expected = [&](int x, int y, int z, int t, int k) {
-        return channels[static_cast<std::size_t>(k)](x, y, z, t);
-      };
-      EXPECT_TRUE(SameImage(result, MakeByPoint<P>(rod, result.GetCSz(), expected)));
-      EXPECT_EQ(result.GetRasterSz(), rod.NPixels() * static_cast<int>(channels.size()));
-    };
-    check(ZUMAppendChannels(a, b), {a, b});
-    check(ZUMAppendChannels(a, b, c), {a, b, c});
-    const ZUMImage<P>* list[] = {&c, &a, &c, &b};
-    check(ZUMAppendChannels(4, list), {c, a, c, b});
-  }
-  const ZUMImage<P>* nothing[] = {nullptr};
-  EXPECT_EQ(MessageOf([&] { ZUMAppendChannels<P>(3, nullptr); }),
-            "AppendChannels: A NULL pointer to an array of images are not allowed");
-  EXPECT_EQ(MessageOf([&] { ZUMAppendChannels(1, nothing); }),
-            "AppendChannels: An array of zero images are not allowed");
-}
-
-TYPED_TEST(Frames, AddedRemovedAndPadded) {
-  using P = TypeParam;
-  for (int i = 0; i < 40; ++i) {
-    const ZUMImage<P> image = this->Image(i, 2);
-    ZUMRect box = i % 8 == 0 ? ZUMRect(90, 0, 0, 0, 99, 2, 0, 0) : this->Box();
+TEST(Frames, AddedRemovedAndPadded) {
+  const auto check = []<class P>(const ZUMImage<P>& image, Random& random) {
+    const P value = random.Pixel<P>();
     const auto expected = [&](int x, int y, int z, int t, int c) {
-      return image.InP(x, y, z, t) ? image(x, y, z, t, c) : this->value;
+      return image.InP(x, y, z, t) ? image(x, y, z, t, c) : value;
     };
-    EXPECT_TRUE(SameImage(ZUMPadding(image, box, this->value), MakeByPoint<P>(box, 2, expected)));
-    const int n = i % 5;  // without a margin, too
-    const ZUMRect frame(n, n / 2, 2 * n, n % 3, n % 2, 2 * n, n, n % 4);
-    const ZUMRoDRef wide =
-        DisplaceSides(image, -n, -(n / 2), -2 * n, -(n % 3), n % 2, 2 * n, n, n % 4);
-    const ZUMImage<P> framed = ZUMAddFrame(image, frame, this->value);
-    EXPECT_TRUE(SameImage(framed, MakeByPoint<P>(wide, 2, expected)));
+    const ZUMRect box = MakeOverlappingBox(random, image.Rect());
+    ExpectPixels(ZUMPadding(image, box, value), box, 2, expected);
+    ZUMRect frame, wide = image.Rect();
+    for (const Axis axis : kAxes) {
+      wide.begin.*axis -= frame.begin.*axis = std::max(0, random.Int(-1, 3));
+      wide.end.*axis += frame.end.*axis = std::max(0, random.Int(-1, 3));
+    }
+    if (random.Int(0, 4) == 0) frame = ZUMRect(), wide = image.Rect();
+    const ZUMImage<P> framed = ZUMAddFrame(image, frame, value);
+    ExpectPixels(framed, wide, 2, expected);
     EXPECT_NE(framed.GetSimpleRaster(), image.GetSimpleRaster());
     const ZUMImage<P> back = ZUMRemoveFrame(framed, frame);
     EXPECT_TRUE(SameImage(back, image));
     EXPECT_EQ(back.GetSimpleRaster(), framed.GetSimpleRaster());
     EXPECT_TRUE(ZUMRemoveFrame(image, {image.RoDXSz(), 0, 0, 0, 0, 0, 0, 0}).EmptyP());
+  };
+  ForEachLayout(AlgebraTypes(), {2}, kAnyPixel, check);
+}
+
+// A margin stops where the coordinates do, and takes no memory beyond.
+TEST(Frames, AtTheEndsOfTheCoordinates) {
+  constexpr int kLow = std::numeric_limits<int>::min(), kHigh = std::numeric_limits<int>::max();
+  using Corner = ZUMBasePoint<int> ZUMRect::*;
+  for (const Axis axis : kAxes) {
+    for (const bool high : {false, true}) {
+      const Corner outer = high ? &ZUMRect::end : &ZUMRect::begin;
+      const Corner inner = high ? &ZUMRect::begin : &ZUMRect::end;
+      ZUMRect box(0, 0, 0, 0, 2, 2, 2, 2), thin, wide;
+      box.begin.*axis = high ? kHigh - 2 : kLow;
+      box.end.*axis = high ? kHigh : kLow + 2;
+      Random random(9);
+      const auto image =
+          MakeByPoint<ZUMShort>(box, 2, [&](auto...) { return random.Pixel<ZUMShort>(); });
+      for (const int beyond : {0, 1, 1000, 1000000, 1000000000, kHigh}) {
+        ZUMRect frame(1, 1, 1, 1, 1, 1, 1, 1);
+        wide = ZUMRect(-1, -1, -1, -1, 3, 3, 3, 3);
+        wide.begin.*axis = high ? kHigh - 3 : kLow;
+        wide.end.*axis = high ? kHigh : kLow + 3;
+        frame.*outer.*axis = beyond;
+        const auto expected = [&](int x, int y, int z, int t, int c) {
+          return image.InP(x, y, z, t) ? image(x, y, z, t, c) : ZUMShort{-9};
+        };
+        ExpectPixels(ZUMAddFrame(image, frame, -9), wide, 2, expected);
+        thin.*inner.*axis = beyond;
+        EXPECT_EQ(ZUMRemoveFrame(image, thin).EmptyP(), beyond > 2);
+      }
+      EXPECT_TRUE(SameImage(ZUMAddFrame(image, ZUMRect(), 0), image));
+      EXPECT_TRUE(SameImage(ZUMPadding(image, box, 0), image));
+      const std::string text = MessageOf([&] { ZUMAddFrame(image, thin, 0); });
+      EXPECT_EQ(text.find("ZUMSimpleRaster: a block"), 0u) << text;
+    }
   }
 }
 

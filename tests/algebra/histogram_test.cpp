@@ -1,8 +1,6 @@
 #include "zuml/algebra/histogram.h"
 
-#include <cmath>
-
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 #include "zuml/algebra/extrema.h"
 #include "zuml/core/pixelarith.h"
 
@@ -118,6 +116,12 @@ TEST(Histogram, RefusedWhereItDoesNotFit) {
   EXPECT_EQ(name + "Binds and value image don't have the same number of channels",
             MessageOf([&] { ZUMPixelValueCnt<ZUMLong>(four, one); }));
   EXPECT_EQ(name + "Histogram too big", MessageOf([&] { ZUMPixelValueCnt(a_long); }));
+  // Without a channel there is nothing to count, and no value to begin an axis.
+  const ZUMImage<ZUMByte> none(ZUMRect(), 0, nullptr);
+  EXPECT_TRUE(SameImage(ZUMHistogram(none, 9, 0, 8), MakeLine<ZUMLong>({0})));
+  const std::string empty = "ZUMMinMax:Valor indefinido por imagen vacia";
+  EXPECT_EQ(empty, MessageOf([&] { ZUMPixelValueCnt(none); }));
+  EXPECT_EQ(empty, MessageOf([&] { ZUMPixelValueCnt<ZUMLong>(none, none); }));
 }
 
 }  // namespace

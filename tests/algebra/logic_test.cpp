@@ -1,6 +1,6 @@
 #include "zuml/algebra/logic.h"
 
-#include "tests/algebra/operand_forms.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ TEST(Logic, MasksAndBits) {
   CheckForms<bool>(std::logical_or<>(), std::logical_or<>(), "operator||");
   CheckUnary<bool>(std::logical_not<>(), std::logical_not<>());
   CheckUnary<bool>(std::bit_not<>(), std::logical_not<>());
-  ForTypes<bool, ZUMByte, ZUMShort, ZUMLong>([]<class P>() {
+  ForTypes(DiscreteTypes(), []<class P>() {
     CheckForms<P>(std::bit_and<>(), InPixels(std::bit_and<>()), "operator&");
     CheckForms<P>(std::bit_or<>(), InPixels(std::bit_or<>()), "operator|");
     CheckForms<P>(std::bit_xor<>(), InPixels(std::bit_xor<>()), "operator^");
@@ -32,7 +32,7 @@ P Shift(P a, P b, bool left) {
 }
 
 TEST(Logic, Shifts) {
-  ForTypes<ZUMByte, ZUMShort, ZUMLong>([]<class P>() {
+  ForTypes(IntegerTypes(), []<class P>() {
     CheckForms<P>([](const auto& a, const auto& b) { return a << b; },
                   [](P a, P b) { return Shift(a, b, true); }, "operator<<");
     CheckForms<P>([](const auto& a, const auto& b) { return a >> b; },

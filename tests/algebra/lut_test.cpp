@@ -1,7 +1,7 @@
 #include "zuml/algebra/lut.h"
 
-#include "tests/algebra/everylayout.h"
-#include "tests/support/oddregion.h"
+#include "tests/support/everylayout.h"
+#include "tests/support/otherregion.h"
 #include "zuml/algebra/extrema.h"
 
 namespace {

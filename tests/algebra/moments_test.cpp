@@ -1,8 +1,6 @@
 #include "zuml/algebra/moments.h"
 
-#include <cmath>
-
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 
@@ -25,6 +23,9 @@ TEST(Moment, AddsPowersOfTheCoordinatesOfTruePixels) {
     EXPECT_DOUBLE_EQ(centred, ZUMMoment(image, e[0], e[1], e[2], e[3], 1.5, -2.25, 0.5, 1));
   });
   EXPECT_EQ(0, ZUMMoment(ZUMImage<ZUMBool>(), 0, 0, 0, 0));
+  // Far wider than what memory has numbers for, but of no channel.
+  const ZUMRect wide(0, 0, 0, 0, std::numeric_limits<int>::max() - 1, 0, 0, 0);
+  EXPECT_EQ(0, ZUMMoment(ZUMImage<ZUMBool>(wide, 0, nullptr), 1, 0, 0, 0));
 }
 
 }  // namespace

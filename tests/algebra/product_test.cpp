@@ -1,6 +1,6 @@
 #include "zuml/algebra/product.h"
 
-#include "tests/algebra/operand_forms.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 
@@ -17,7 +17,7 @@ P Multiply(P a, P b) {
 
 TEST(Product, ChannelsMakeAScalarProduct) {
   const std::multiplies<> op;
-  ForTypes<ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>([&]<class P>() {
+  ForTypes(ArithmeticTypes(), [&]<class P>() {
     for (int csz = 1; csz <= 5; ++csz) {
       CheckImages<P>(
           csz, csz, 1, op, [csz](const auto& a, const auto& b, int x, int y, int z, int t, int) {
@@ -43,21 +43,18 @@ TEST(Product, OneChannelMultipliesEveryChannel) {
                      return Multiply(a(x, y, z, t, c), b(x, y, z, t));
                    });
   };
-  ForTypes<ZUMByte, ZUMReal>([&]<class P>() {
+  ForTypes(testing::Types<ZUMByte, ZUMReal>(), [&]<class P>() {
     check.template operator()<P>(std::multiplies<>());
     check.template operator()<P>(
         [](const auto& a, const auto& b) { return ZUMPointProduct(a, b); });
   });
 }
 
-TEST(Product, PointProductsKeepTheChannels) {
-  const auto op = [](const auto& a, const auto& b) { return ZUMPointProduct(a, b); };
-  ForTypes<ZUMByte, ZUMShort, ZUMLong, ZUMReal>([&]<class P>() { CheckForms<P>(op, Multiply<P>); });
-  CheckNumbers<ZUMComplex>(op, Multiply<ZUMComplex>);
-}
-
-TEST(Product, Powers) {
-  ForTypes<ZUMReal, ZUMComplex>([]<class P>() {
+TEST(Product, PointProductsAndPowers) {
+  const auto product = [](const auto& a, const auto& b) { return ZUMPointProduct(a, b); };
+  ForTypes(GreyTypes(), [&]<class P>() { CheckForms<P>(product, Multiply<P>); });
+  CheckNumbers<ZUMComplex>(product, Multiply<ZUMComplex>);
+  ForTypes(RealComplexTypes(), []<class P>() {
     CheckForms<P>([](const auto& a, const auto& b) { return ZUMPow(a, b); },
                   [](P a, P b) -> P { return std::pow(a, b); });
   });

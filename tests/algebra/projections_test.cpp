@@ -1,6 +1,6 @@
 #include "zuml/algebra/projections.h"
 
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 #include "zuml/core/pixelarith.h"
 
 namespace {
@@ -9,17 +9,17 @@ using namespace zuml_test;
 
 // Compares with the lines along an axis folded into one pixel each, from `start` on.
 template <class Out, class P, class Fold>
-void Expect(const ZUMImage<Out>& projection, const ZUMImage<P>& image, int axis, Out start,
+void Expect(const ZUMImage<Out>& projection, const ZUMImage<P>& image, Axis axis, Out start,
             Fold fold) {
   ZUMRect box = image.Rect();
-  box.begin.*kAxes[axis] = box.end.*kAxes[axis] = 0;
+  box.begin.*axis = box.end.*axis = 0;
   const ZUMImage<Out> expected(box, image.GetCSz(), start);
   ForEachPoint(image, image.GetCSz(), [&](int x, int y, int z, int t, int c) {
     ZUMBasePoint<int> at(x, y, z, t);
-    at.*kAxes[axis] = 0;
+    at.*axis = 0;
     expected(at, c) = fold(expected(at, c), image(x, y, z, t, c));
   });
-  EXPECT_TRUE(SameImage(projection, expected)) << axis;
+  EXPECT_TRUE(SameImage(projection, expected));
 }
 
 TEST(Projections, FoldLinesOntoCoordinate0) {
@@ -34,9 +34,9 @@ TEST(Projections, FoldLinesOntoCoordinate0) {
     const P least = std::numeric_limits<P>::lowest(), most = std::numeric_limits<P>::max();
     const auto add = [](Out sum, P v) { return ZUMWrapAdd(sum, static_cast<Out>(v)); };
     for (int a = 0; a < 4; ++a) {
-      Expect(sums[a], image, a, Out{}, add);
-      Expect(maxima[a], image, a, least, [](P best, P v) { return v > best ? v : best; });
-      Expect(minima[a], image, a, most, [](P best, P v) { return v < best ? v : best; });
+      Expect(sums[a], image, kAxes[a], Out{}, add);
+      Expect(maxima[a], image, kAxes[a], least, [](P best, P v) { return v > best ? v : best; });
+      Expect(minima[a], image, kAxes[a], most, [](P best, P v) { return v < best ? v : best; });
     }
   };
   ForEachLayout(ScalarTypes(), {2}, kAnyPixel, check);

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
-#include "tests/algebra/everylayout.h"
 #include "tests/support/diagnostics.h"
+#include "tests/support/everylayout.h"
 
 namespace {
 

@@ -1,8 +1,6 @@
 #include "zuml/algebra/statistics.h"
 
-#include <cmath>
-
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 #include "zuml/algebra/extrema.h"
 #include "zuml/core/pixelarith.h"
 
@@ -31,9 +29,21 @@ TEST(Statistics, OfAllChannelsTogether) {
       EXPECT_EQ(std::sqrt(std::fmax(n * q - s * s, 0)) * (1 / n), ZUMStdDeviation(image));
       EXPECT_EQ((q - s * s / n) / n, ZUMVariance(image));
     }
+    if constexpr (ZUMDiscretePixel<P>) {
+      long long wide = 0;
+      ForEachPoint(image, image.GetCSz(), [&](auto... at) { wide += image(at...); });
+      EXPECT_EQ(wide, ZUMSumWide(image));
+    }
+    if constexpr (ZUMIntegerPixel<P>) {
+      const double mean = ZUMMean(image);
+      double spread = 0;
+      ForEachPoint(image, image.GetCSz(),
+                   [&](auto... at) { spread += (image(at...) - mean) * (image(at...) - mean); });
+      EXPECT_NEAR(spread / n, ZUMVarianceWide(image), 1e-9 * (1 + spread / n));
+      EXPECT_NEAR(std::sqrt(spread / n), ZUMStdDeviationWide(image), 1e-9 * (1 + spread / n));
+    }
   };
-  using Types = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>;
-  ForEachLayout(Types(), {1, 3}, kAnyPixel, check);
+  ForEachLayout(AlgebraTypes(), {1, 3}, kAnyPixel, check);
 }
 
 TEST(Statistics, AtTheEndsOfTheirArithmetic) {
@@ -53,6 +63,22 @@ TEST(Statistics, AtTheEndsOfTheirArithmetic) {
   ASSERT_LT(9007199254740992.0, q);
   const double n = shorts.NPixels(), s = ZUMSum<ZUMLong>(shorts);
   EXPECT_EQ((q - s * s / n) / n, ZUMVariance(shorts));
+}
+
+// A picture of 26 megapixels: half its bytes are 10 above the mean and half as far below it. Sums
+// of `long` pixels leave 32 bits at once.
+TEST(Statistics, WideMeasuresHoldAtAnySize) {
+  const ZUMImage<ZUMByte> large(ZUMRect(0, 0, 0, 0, 6249, 4159, 0, 0), 1, 190);
+  large.Cut(ZUMRect(0, 0, 0, 0, 6249, 2079, 0, 0)).SetPixels(210);
+  EXPECT_EQ(5200000000, ZUMSumWide(large));
+  EXPECT_EQ(10, ZUMStdDeviationWide(large));
+  EXPECT_EQ(100, ZUMVarianceWide(large));
+  const ZUMLong least = std::numeric_limits<ZUMLong>::min();
+  const auto far = MakeLine<ZUMLong>({least, least + 2, least, least + 2});
+  EXPECT_EQ(4LL * least + 4, ZUMSumWide(far));
+  EXPECT_EQ(1, ZUMStdDeviationWide(far));
+  EXPECT_EQ(0, ZUMVarianceWide(ZUMImage<ZUMLong>(ZUMRect(0, 0, 0, 0, 9999, 9, 0, 0), 1, least)));
+  EXPECT_TRUE(std::isnan(ZUMVarianceWide(ZUMImage<ZUMByte>())));
 }
 
 // Any byte but 0 is true, and none is more true than another.

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "tests/support/pixelsuites.h"
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 
 using namespace zuml_test;

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "tests/support/pixelsuites.h"
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 
 namespace {

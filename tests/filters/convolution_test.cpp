@@ -5,7 +5,7 @@
 
 #include "tests/support/testimages.h"
 #include "tests/support/weightedsums.h"
-#include "zuml/algebra/frames.h"
+#include "zuml/algebra/channels.h"
 #include "zuml/filters/convolutionex.h"
 
 namespace {

@@ -4,8 +4,8 @@
 
 #include "tests/support/testimages.h"
 #include "zuml/algebra/arithmetic.h"
+#include "zuml/algebra/channels.h"
 #include "zuml/algebra/division.h"
-#include "zuml/algebra/frames.h"
 #include "zuml/algebra/functions.h"
 #include "zuml/algebra/product.h"
 #include "zuml/algebra/statistics.h"

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <vector>
 
-#include "tests/algebra/everylayout.h"
+#include "tests/support/everylayout.h"
 #include "zuml/algebra/logic.h"
 
 namespace {

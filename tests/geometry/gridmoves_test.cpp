@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/pixelsuites.h"
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 #include "zuml/geometry/coordinates.h"
 

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "tests/support/oddregion.h"
+#include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
 #include "zuml/core/pixelarith.h"
 

@@ -7,8 +7,8 @@
 #include <limits>
 #include <numbers>
 
-#include "tests/support/oddregion.h"
-#include "tests/support/pixelsuites.h"
+#include "tests/support/everylayout.h"
+#include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
 #include "zuml/core/pixelarith.h"
 

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "tests/support/diagnostics.h"
-#include "tests/support/oddregion.h"
+#include "tests/support/otherregion.h"
 #include "tests/support/tempfiles.h"
 #include "tests/support/testimages.h"
 

@@ -75,11 +75,15 @@ inline constexpr Layout kLayouts[] = {Layout::kTight, Layout::kCut, Layout::kFra
 template <class F>
 void ForEachPoint(const ZUMRoDRef& rod, int csz, F f) {
   if (rod.EmptyP()) return;
+  // In 64 bits, so that a region may end where the coordinates end.
+  using Long = std::int64_t;
   for (int c = 0; c < csz; ++c)
-    for (int t = rod.BeginT(); t <= rod.EndT(); ++t)
-      for (int z = rod.BeginZ(); z <= rod.EndZ(); ++z)
-        for (int y = rod.BeginY(); y <= rod.EndY(); ++y)
-          for (int x = rod.BeginX(); x <= rod.EndX(); ++x) f(x, y, z, t, c);
+    for (Long t = rod.BeginT(); t <= rod.EndT(); ++t)
+      for (Long z = rod.BeginZ(); z <= rod.EndZ(); ++z)
+        for (Long y = rod.BeginY(); y <= rod.EndY(); ++y)
+          for (Long x = rod.BeginX(); x <= rod.EndX(); ++x)
+            f(static_cast<int>(x), static_cast<int>(y), static_cast<int>(z), static_cast<int>(t),
+              c);
 }
 
 /// An image over the box in the layout, every byte of its raster filled with random pixels, so that

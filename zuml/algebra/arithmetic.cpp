@@ -1,6 +1,7 @@
 #include "zuml/algebra/arithmetic.h"
 
 #include <cmath>
+#include <concepts>
 
 #include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"

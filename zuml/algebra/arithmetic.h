@@ -5,6 +5,7 @@
 /// Two images need not have the same region: the result covers what they share, and pixels at equal
 /// coordinates meet. With a number the result has the image's region. The channels are those of the
 /// image; two images have the same number of them. Integers wrap at their width; nothing saturates.
+/// `float` images have no arithmetic: convert them to `double` first.
 #pragma once
 
 #include <type_traits>

@@ -1,7 +1,9 @@
 #include "zuml/algebra/comparison.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 #include "zuml/core/detail/pointwise.h"
 
@@ -117,25 +119,22 @@ class CTaskPointGreaterEqualNI final : public PointwiseNI<bool, P, OpGreaterEqua
 template <ZUMAlgebraPixel P>
 bool operator==(const ZUMImage<P>& a, const ZUMImage<P>& b) {
   if (a.GetCSz() != b.GetCSz() || a.RoD() != b.RoD()) return false;
-  for (ZUMGenericSweep2 sweep(a, a, b); sweep.GetStart1(); sweep.Next()) {
-    const P* x = static_cast<const P*>(sweep.GetStart1());
-    const P* y = static_cast<const P*>(sweep.GetStart2());
-    const std::ptrdiff_t n = static_cast<const P*>(sweep.GetEnd1()) - x + 1;
-    if (!AllOfRun<P>(n, [=](std::ptrdiff_t i) { return ValueAt(x, i) == ValueAt(y, i); })) {
-      return false;
-    }
-  }
-  return true;
+  return ZUMForEachRunWhile(
+      a,
+      [](const P* x, const P* y, std::ptrdiff_t n) {
+        return AllOfRun<P>(n, [=](std::ptrdiff_t i) { return ValueAt(x, i) == ValueAt(y, i); });
+      },
+      a, b);
 }
 
 template <ZUMAlgebraPixel P>
 bool operator==(const ZUMImage<P>& a, std::type_identity_t<P> n) {
-  for (ZUMGenericSweep1 sweep(a, a); sweep.GetStart1(); sweep.Next()) {
-    const P* x = static_cast<const P*>(sweep.GetStart1());
-    const std::ptrdiff_t count = static_cast<const P*>(sweep.GetEnd1()) - x + 1;
-    if (!AllOfRun<P>(count, [=](std::ptrdiff_t i) { return ValueAt(x, i) == n; })) return false;
-  }
-  return true;
+  return ZUMForEachRunWhile(
+      a,
+      [n](const P* x, std::ptrdiff_t count) {
+        return AllOfRun<P>(count, [=](std::ptrdiff_t i) { return ValueAt(x, i) == n; });
+      },
+      a);
 }
 
 template <ZUMAlgebraPixel P>

@@ -1,5 +1,8 @@
 #include "zuml/algebra/conditional.h"
 
+#include <concepts>
+#include <cstddef>
+
 #include "zuml/core/detail/pointwise.h"
 
 using zuml_detail::RequireEqualChannels;

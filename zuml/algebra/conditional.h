@@ -10,7 +10,8 @@
 /// region common to `cond` and the images among `a` and `b`, and has the channels of those images.
 /// A mask of one channel applies to every channel; any other mask has as many channels as the
 /// images. Two numbers are chosen between over the region and the channels of `cond`; they have one
-/// type, which is the result's.
+/// type, which is the result's: ZUMImIf(mask, 1, 0) is a `long` image, ZUMImIf<ZUMByte>(mask, 1, 0)
+/// a byte image.
 ///
 /// Throws XQException "ZUMImIf: Diferent number of channels" if the two images differ in their
 /// channels, or else the mask does not fit them. Tasks: CTaskImIfII, CTaskImIfIN, CTaskImIfNI,

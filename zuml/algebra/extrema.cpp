@@ -1,5 +1,9 @@
 #include "zuml/algebra/extrema.h"
 
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
 #include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
@@ -12,13 +16,13 @@ namespace {
 // Which of two pixels is the better one. A NaN is better than nothing, and nothing better than it.
 struct Greater {
   template <class P>
-  static bool BetterP(P a, P b) {
+  static bool IsBetter(P a, P b) {
     return a > b;
   }
 };
 struct Less {
   template <class P>
-  static bool BetterP(P a, P b) {
+  static bool IsBetter(P a, P b) {
     return a < b;
   }
 };
@@ -29,7 +33,7 @@ inline constexpr int kLanes = 64 / sizeof(P);
 
 template <class Order, class P>
 void KeepBetter(P& best, P value) {
-  best = Order::BetterP(value, best) ? value : best;
+  best = Order::IsBetter(value, best) ? value : best;
 }
 
 // The best of a run and of `start`. Of equal values it may return either: zeros of both signs.
@@ -66,7 +70,7 @@ struct Extremum {
 template <class Order, class P>
 void TakeRun(Extremum<P>& best, const P* x, std::ptrdiff_t n) {
   const P value = BestOfRun<Order>(x, n, best.value);
-  if (Order::BetterP(value, best.value)) best = {value, x, n};
+  if (Order::IsBetter(value, best.value)) best = {value, x, n};
 }
 
 // Folds what a task has found. Parts may be cut along any axis; of equal values the one at the
@@ -74,7 +78,7 @@ void TakeRun(Extremum<P>& best, const P* x, std::ptrdiff_t n) {
 template <class Order, class P>
 void Fold(Extremum<P>& best, const Extremum<P>& found) {
   if (!found.run) return;
-  if (Order::BetterP(found.value, best.value) ||
+  if (Order::IsBetter(found.value, best.value) ||
       (found.value == best.value && found.run < best.run)) {
     best = found;
   }
@@ -233,16 +237,14 @@ ZUMBool ZUMSearchEqual(const ZUMImage<PixT>& image, std::type_identity_t<PixT> v
   if (image.GetCSz() != 1) {
     throw XQException("ZUMSearchEqual: only it allows images of a one channel");
   }
-  for (ZUMGenericSweep1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    const PixT* start = static_cast<const PixT*>(sweep.GetStart1());
-    const std::ptrdiff_t n = static_cast<const PixT*>(sweep.GetEnd1()) - start + 1;
-    if (const PixT* found = FindEqual(start, n, value)) {
-      const ZUMBasePoint<int> at = image.AddressCoord(found);
-      point = ZUMBasePoint<int>(at.x, at.y);
-      return true;
-    }
-  }
-  return false;
+  const auto search = [&](const PixT* x, std::ptrdiff_t n) {
+    const PixT* found = FindEqual(x, n, value);
+    if (!found) return true;
+    const ZUMBasePoint<int> at = image.AddressCoord(found);
+    point = ZUMBasePoint<int>(at.x, at.y);
+    return false;
+  };
+  return !ZUMForEachRunWhile(image, search, image);
 }
 
 #define ZUML_INSTANTIATE(PIX)                              \

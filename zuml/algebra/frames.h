@@ -1,40 +1,32 @@
-/// Frames, padding and channels: images made larger, cut back, or joined by their channels. All of
-/// it runs on the calling thread.
+/// Frames and padding: images made larger or cut back. All of it runs on the calling thread, with
+/// the channels of the image.
 #pragma once
+
+#include <type_traits>
 
 #include "zuml/core/export.h"
 #include "zuml/core/zumimage.h"
 
-/// One image with the channels of all, in the order given, over the region that all share.
-///
-/// Throws XQException "AppendChannels: A NULL pointer to an array of images are not allowed" for a
-/// null array, and "AppendChannels: An array of zero images are not allowed" if its first element
-/// is null.
-template <ZUMAlgebraPixel P>
-[[nodiscard]] ZUML_API ZUMImage<P> ZUMAppendChannels(int n, const ZUMImage<P>** images);
-template <ZUMAlgebraPixel P>
-[[nodiscard]] ZUML_API ZUMImage<P> ZUMAppendChannels(const ZUMImage<P>& a, const ZUMImage<P>& b);
-template <ZUMAlgebraPixel P>
-[[nodiscard]] ZUML_API ZUMImage<P> ZUMAppendChannels(const ZUMImage<P>& a, const ZUMImage<P>& b,
-                                                     const ZUMImage<P>& c);
-
-/// The image widened by a frame of margins whose pixels are `value`. The frame is part of the
-/// result's region.
+/// The image widened by a frame of margins whose pixels are `value`, on a new raster, also where
+/// all margins are 0. The frame is part of the result's region. A margin that would leave the
+/// 32-bit coordinates ends with them and takes no memory beyond.
 ///
 /// Throws XQException "ZUMAddFrame: It is not allowed add a frame to an empty image", or
-/// "ZUMAddFrame: It is not allowed add a negative frame to an image".
+/// "ZUMAddFrame: It is not allowed add a negative frame to an image"; and as ZUMSimpleRaster for a
+/// result larger than a block.
 template <ZUMAlgebraPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMAddFrame(const ZUMImage<P>& image, const ZUMRect& frame,
                                                std::type_identity_t<P> value);
 
-/// The image without its outer margins, on the same raster: no pixel is touched. An empty image is
-/// returned as it is; a frame larger than the image leaves an empty one.
+/// The image without its outer margins, on the same raster: the result shares its pixels with the
+/// image. An empty image is returned as it is; margins larger than the image leave an empty one.
 ///
 /// Throws XQException "ZUMAddFrame: It is not allowed remove a negative frame to an image".
 template <ZUMAlgebraPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMRemoveFrame(const ZUMImage<P>& image, const ZUMRect& frame);
 
-/// A new image over the box, `value` everywhere but where the image lies in it.
+/// A new image over the box: the image's pixels where it lies in the box, `value` elsewhere. The
+/// box may cut the image. Throws as ZUMSimpleRaster for a box larger than a block.
 template <ZUMAlgebraPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMPadding(const ZUMImage<P>& image, const ZUMRect& box,
                                               std::type_identity_t<P> value);

@@ -1,7 +1,8 @@
 /// Functions of a pixel: elementary functions, squares and roots, and the parts of a complex image.
 ///
 /// Each result covers the operand's region with the operand's channels. No pixel is refused: out of
-/// its domain a function gives a NaN or an infinity.
+/// its domain a function gives a NaN or an infinity. ZUMSqrt and ZUMSqr run with tasks, all others
+/// on the calling thread.
 #pragma once
 
 #include <concepts>
@@ -53,7 +54,8 @@ template <class OutT, class P>
 concept ZUMSquarePixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<P>) ||
                           (std::same_as<OutT, ZUMReal> && ZUMScalarPixel<P>);
 
-/// The pixel times itself, computed in the result's type: ZUMSqr<ZUMReal>(image). Tasks: CTaskSqr.
+/// The pixel times itself, computed in the result's type: ZUMSqr<ZUMReal>(image) does not wrap, as
+/// the `long` square of more than 46340 does. Tasks: CTaskSqr.
 template <class OutT, class P>
 requires ZUMSquarePixels<OutT, P>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSqr(const ZUMImage<P>& image);

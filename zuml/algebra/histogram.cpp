@@ -1,6 +1,9 @@
 #include "zuml/algebra/histogram.h"
 
 #include <algorithm>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
 #include <limits>
 
 #include "zuml/algebra/extrema.h"
@@ -12,23 +15,23 @@ using zuml_detail::ValueAt;
 
 namespace {
 
-// One axis of a histogram: the coordinates of its bins.
-struct Axis {
+// The coordinates of the bins of one channel.
+struct BinRange {
   std::int64_t begin;
   std::int64_t end;
 };
 
 // A histogram or a table of sums, all 0, with one axis per channel.
 template <class OutT>
-ZUMImage<OutT> MakeCells(const char* operation, const Axis* axes, int n) {
+ZUMImage<OutT> MakeCells(const char* operation, const BinRange* ranges, int n) {
   constexpr std::int64_t kMostCells = std::numeric_limits<ZUMLong>::max() / sizeof(OutT);
   std::int64_t cells = 1;
-  Axis box[4] = {};
+  BinRange box[4] = {};
   for (int k = 0; k < n; ++k) {
-    const std::int64_t size = axes[k].end - axes[k].begin + 1;
+    const std::int64_t size = ranges[k].end - ranges[k].begin + 1;
     if (size > kMostCells / cells) throw XQException("%s: Histogram too big", operation);
     cells *= size;
-    box[k] = axes[k];
+    box[k] = ranges[k];
   }
   const auto begin = [&](int k) { return static_cast<int>(box[k].begin); };
   const auto end = [&](int k) { return static_cast<int>(box[k].end); };
@@ -88,6 +91,7 @@ template <class P, class Bin, class Cells, class F, class... Vs>
 void ForEachPlace(const Cells& cells, const ZUMImage<P>& image, const Bin* bin, F f,
                   const ZUMImage<Vs>&... values) {
   const int channels = image.GetCSz();
+  if (channels == 0) return;
   const std::ptrdiff_t channel = image.GetChannelSz();
   const int sizes[] = {cells.GetXSz(), cells.GetYSz(), cells.GetZSz(), cells.GetTSz()};
   ZUMForEachRun(
@@ -106,7 +110,8 @@ void ForEachPlace(const Cells& cells, const ZUMImage<P>& image, const Bin* bin, 
 
 // Bytes of one channel: each of the 256 values is counted, then its count goes to its bin. Pixels
 // side by side are often equal; four counts of each value keep an increment from waiting for the
-// one before.
+// one before. One count is a tenth faster where neighbours differ at random, and half as long again
+// on smooth pictures.
 template <class Bin>
 void CountBytes(ZUMLong* cell, const ZUMImage<ZUMByte>& image, const Bin& bin) {
   ZUMLong count[4][256] = {};
@@ -153,21 +158,23 @@ void CountPixels(const ZUMImage<ZUMLong>& cells, const ZUMImage<P>& image, const
 }
 
 template <class P, class Bin>
-ZUMImage<ZUMLong> MakeHistogram(const ZUMImage<P>& image, const Axis& axis, const Bin& bin) {
-  const Axis axes[] = {axis, axis, axis, axis};
+ZUMImage<ZUMLong> MakeHistogram(const ZUMImage<P>& image, const BinRange& range, const Bin& bin) {
+  const BinRange ranges[] = {range, range, range, range};
   const Bin bins[] = {bin, bin, bin, bin};
-  const ZUMImage<ZUMLong> cells = MakeCells<ZUMLong>("ZUMHistogram", axes, image.GetCSz());
+  const ZUMImage<ZUMLong> cells = MakeCells<ZUMLong>("ZUMHistogram", ranges, image.GetCSz());
   CountPixels(cells, image, bins);
   return cells;
 }
 
-// The axes of the channels' values.
+// The range of each channel's values. Where there is no channel there is no value: ZUMMinMax
+// refuses such an image as it refuses an empty one.
 template <class P>
-void FindAxes(const ZUMImage<P>& image, Axis* axes, ValueBin<P>* bins) {
+void FindRanges(const ZUMImage<P>& image, BinRange* ranges, ValueBin<P>* bins) {
+  P min, max;
+  if (image.GetCSz() == 0) ZUMMinMax(image, min, max);
   for (int k = 0; k < image.GetCSz(); ++k) {
-    P min, max;
     ZUMMinMax(image.Channel(k), min, max);
-    axes[k] = {min, max};
+    ranges[k] = {min, max};
     bins[k] = {min, static_cast<unsigned>(std::int64_t{max} - min + 1)};
   }
 }
@@ -197,10 +204,10 @@ ZUMImage<ZUMLong> ZUMHistogram(const ZUMImage<P>& image, unsigned levels,
   if constexpr (std::integral<P>) {
     const std::int64_t values = std::int64_t{max} - min + 1;
     if (levels == 0 || levels == values) {
-      const Axis axis = levels == 0 ? Axis{min, max} : Axis{0, values - 1};
+      const BinRange range = levels == 0 ? BinRange{min, max} : BinRange{0, values - 1};
       return MakeHistogram(
-          image, axis,
-          ValueBin<P>{static_cast<ZUMLong>(axis.begin), static_cast<unsigned>(values)});
+          image, range,
+          ValueBin<P>{static_cast<ZUMLong>(range.begin), static_cast<unsigned>(values)});
     }
   } else if (levels == 0) {
     throw XQException("ZUMHistogram: Histogram with 0 level is not allowed");
@@ -208,16 +215,16 @@ ZUMImage<ZUMLong> ZUMHistogram(const ZUMImage<P>& image, unsigned levels,
   const double low = static_cast<double>(min);
   const double last = static_cast<double>(levels) - 1;
   const ScaledBin<P> bin{low, last / (static_cast<double>(max) - low), last + 1};
-  return MakeHistogram(image, Axis{0, std::int64_t{levels} - 1}, bin);
+  return MakeHistogram(image, BinRange{0, std::int64_t{levels} - 1}, bin);
 }
 
 template <ZUMDiscretePixel PixT>
 ZUMImage<ZUMLong> ZUMPixelValueCnt(const ZUMImage<PixT>& image) {
   RequireThreeChannels(image);
-  Axis axes[3];
+  BinRange ranges[3];
   ValueBin<PixT> bins[3];
-  FindAxes(image, axes, bins);
-  const ZUMImage<ZUMLong> cells = MakeCells<ZUMLong>("ZUMPixelValueCnt", axes, image.GetCSz());
+  FindRanges(image, ranges, bins);
+  const ZUMImage<ZUMLong> cells = MakeCells<ZUMLong>("ZUMPixelValueCnt", ranges, image.GetCSz());
   CountPixels(cells, image, bins);
   return cells;
 }
@@ -232,10 +239,10 @@ requires ZUMBinSumPixels<OutT, BinT, ValT> ZUMImage<OutT> ZUMPixelValueCnt(
   RequireThreeChannels(bins);
   const ZUMRoDRef rod = Intersection(bins, values);
   const ZUMImage<BinT> cut = bins.Cut(rod);
-  Axis axes[3];
+  BinRange ranges[3];
   ValueBin<BinT> bin[3];
-  FindAxes(cut, axes, bin);
-  const ZUMImage<OutT> cells = MakeCells<OutT>("ZUMPixelValueCnt", axes, cut.GetCSz());
+  FindRanges(cut, ranges, bin);
+  const ZUMImage<OutT> cells = MakeCells<OutT>("ZUMPixelValueCnt", ranges, cut.GetCSz());
   OutT* cell = &cells(cells.Begin());
   ForEachPlace(
       cells, cut, bin,

@@ -21,7 +21,9 @@
 /// - A byte or short image with min > max takes the full range of its type: ZUMHistogram(image, 0,
 ///   1, 0) has a bin for each possible value.
 ///
-/// A tuple whose bins do not all lie on the axes is not counted.
+/// A tuple whose bins do not all lie on the axes is not counted; with levels given, negative values
+/// of a short image of full range do not. An image of no channel has no
+/// tuples: its histogram is one cell with 0.
 ///
 /// Throws XQException "ZUMHistogram only allows images with 1,2,3, or 4 channels" (with "1,2,3 or
 /// 4" for reals); "ZUMHistogram: Histogram too big" for long and real images with min > max, and
@@ -36,8 +38,8 @@ template <ZUMGreyPixel P>
 /// from the least to the greatest value of their channel.
 ///
 /// Throws XQException "ZUMPixelValueCnt: number of channels not allowed", "ZUMMinMax:Valor
-/// indefinido por imagen vacia" for an empty image, "ZUMPixelValueCnt: Histogram too big" for a
-/// range of values beyond what a raster holds.
+/// indefinido por imagen vacia" for an image without pixels, "ZUMPixelValueCnt: Histogram too big"
+/// for a range of values beyond what a raster holds.
 template <ZUMDiscretePixel PixT>
 [[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMPixelValueCnt(const ZUMImage<PixT>& image);
 
@@ -50,10 +52,12 @@ concept ZUMBinSumPixels = ZUMDiscretePixel<BinT> &&
 
 /// As above over the region that both images share, with the sum of the first channel of `values`
 /// in place of the count: of a label image and a grey image it makes the sum of each region,
-/// ZUMPixelValueCnt<ZUMLong>(labels, grey).
+/// ZUMPixelValueCnt<ZUMLong>(labels, grey). A `long` sum wraps, where ZUMSum does;
+/// ZUMPixelValueCnt<ZUMReal>(labels, ZUMImage<ZUMReal>(grey)) does not. The axes fit the part of
+/// `bins` that is shared.
 ///
 /// Throws XQException "ZUMPixelValueCnt: Binds and value image don't have the same number of
-/// channels", and what is told above.
+/// channels" before anything else, and then as above.
 template <class OutT, class BinT, class ValT>
 requires ZUMBinSumPixels<OutT, BinT, ValT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMPixelValueCnt(const ZUMImage<BinT>& bins,

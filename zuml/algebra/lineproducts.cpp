@@ -1,68 +1,77 @@
 #include "zuml/algebra/lineproducts.h"
 
-#include <typeinfo>
+#include <cstddef>
+#include <type_traits>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/mapped.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumrodrect.h"
 
 using zuml_detail::ValueAt;
 
 namespace {
 
-// A product's axis, and its name in the texts.
+// A product's axis, and what it is called in the texts.
 struct LineAxis {
-  int ZUMBasePoint<int>::*coordinate;
+  zuml_detail::Axis axis;
   char operation;
   const char* line;
 };
-constexpr LineAxis kX{&ZUMBasePoint<int>::x, 'X', " X"};
-constexpr LineAxis kY{&ZUMBasePoint<int>::y, 'Y', "Y"};
-constexpr LineAxis kZ{&ZUMBasePoint<int>::z, 'Z', "Z"};
-constexpr LineAxis kT{&ZUMBasePoint<int>::t, 'T', "T"};
+constexpr LineAxis kAlongX{zuml_detail::kX, 'X', " X"};
+constexpr LineAxis kAlongY{zuml_detail::kY, 'Y', "Y"};
+constexpr LineAxis kAlongZ{zuml_detail::kZ, 'Z', "Z"};
+constexpr LineAxis kAlongT{zuml_detail::kT, 'T', "T"};
 
-void RequireLine(const LineAxis& axis, const ZUMRegionOfDefinition& line) {
+void RequireLine(const LineAxis& along, const ZUMRegionOfDefinition& line) {
   ZUMRect other = line.Rect();
-  other.begin.*axis.coordinate = other.end.*axis.coordinate = 0;
+  other.begin.*along.axis = other.end.*along.axis = 0;
   if (!zuml_detail::IsBox(line) || other != ZUMRect()) {
-    throw XQException("ZUM%cProduct: Line image isn't a %s line", axis.operation, axis.line);
+    throw XQException("ZUM%cProduct: Line image isn't a %s line", along.operation, along.line);
+  }
+}
+
+// A run times one factor, or times as many factors as it has pixels.
+template <class OutT, class InT>
+void MultiplyRun(OutT* r, OutT factor, const InT* x, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    r[i] = ZUMWrapMul(factor, static_cast<OutT>(ValueAt(x, i)));
+  }
+}
+template <class OutT, class InT>
+void MultiplyRun(OutT* r, const OutT* factors, const InT* x, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    r[i] = ZUMWrapMul(factors[i], static_cast<OutT>(ValueAt(x, i)));
   }
 }
 
 template <class OutT, class InT>
-ZUMImage<OutT> Multiply(const LineAxis& axis, const ZUMImage<OutT>& line,
+ZUMImage<OutT> Multiply(const LineAxis& along, const ZUMImage<OutT>& line,
                         const ZUMImage<InT>& image) {
   if (line.GetCSz() != image.GetCSz()) {
     throw XQException("ZUM%cProduct: Two images don't have same number of channels",
-                      axis.operation);
+                      along.operation);
   }
-  RequireLine(axis, line.RoD());
+  RequireLine(along, line.RoD());
+  const zuml_detail::Axis axis = along.axis;
   ZUMRect box = image.Rect();
-  box.begin.*axis.coordinate = line.Begin().*axis.coordinate;
-  box.end.*axis.coordinate = line.End().*axis.coordinate;
+  box.begin.*axis = line.Begin().*axis;
+  box.end.*axis = line.End().*axis;
   const ZUMRoDRef rod = Intersection(image, ZUMRoDRef(box));
   const ZUMImage<OutT> result(rod, image.GetCSz(), nullptr);
-  for (ZUMGenericSweepCoords2 sweep(rod, image, result); sweep.GetStart1(); sweep.Next()) {
-    const auto* x = static_cast<const InT*>(sweep.GetStart1());
-    const std::ptrdiff_t n = static_cast<const InT*>(sweep.GetEnd1()) - x + 1;
-    auto* r = static_cast<OutT*>(sweep.GetStart2());
-    const ZUMBasePoint<int> at(sweep.GetX(), sweep.GetY(), sweep.GetZ(), sweep.GetT());
-    ZUMBasePoint<int> on_line;
-    on_line.*axis.coordinate = at.*axis.coordinate;
-    const OutT* factor = &line(on_line, sweep.GetC());
-    if (axis.coordinate == kX.coordinate) {
-      for (std::ptrdiff_t i = 0; i < n; ++i) {
-        r[i] = ZUMWrapMul(factor[i], static_cast<OutT>(ValueAt(x, i)));
-      }
-    } else {
-      const OutT k = *factor;
-      for (std::ptrdiff_t i = 0; i < n; ++i) {
-        r[i] = ZUMWrapMul(k, static_cast<OutT>(ValueAt(x, i)));
-      }
-    }
-  }
+  ZUMForEachPlacedRun(
+      rod,
+      [&](const ZUMRunPlace& at, const InT* x, OutT* r, std::ptrdiff_t n) {
+        ZUMBasePoint<int> on_line;
+        on_line.*axis = ZUMBasePoint<int>(at.x, at.y, at.z, at.t).*axis;
+        const OutT* factors = &line(on_line, at.c);
+        if (axis == zuml_detail::kX) {
+          MultiplyRun(r, factors, x, n);
+        } else {
+          MultiplyRun(r, OutT{*factors}, x, n);
+        }
+      },
+      image, result);
   return result;
 }
 
@@ -71,25 +80,25 @@ ZUMImage<OutT> Multiply(const LineAxis& axis, const ZUMImage<OutT>& line,
 template <class OutT, class InT>
 requires ZUMProductPixels<OutT, InT> ZUMImage<OutT> ZUMXProduct(const ZUMImage<OutT>& line,
                                                                 const ZUMImage<InT>& image) {
-  return Multiply(kX, line, image);
+  return Multiply(kAlongX, line, image);
 }
 
 template <class OutT, class InT>
 requires ZUMProductPixels<OutT, InT> ZUMImage<OutT> ZUMYProduct(const ZUMImage<OutT>& line,
                                                                 const ZUMImage<InT>& image) {
-  return Multiply(kY, line, image);
+  return Multiply(kAlongY, line, image);
 }
 
 template <class OutT, class InT>
 requires ZUMProductPixels<OutT, InT> ZUMImage<OutT> ZUMZProduct(const ZUMImage<OutT>& line,
                                                                 const ZUMImage<InT>& image) {
-  return Multiply(kZ, line, image);
+  return Multiply(kAlongZ, line, image);
 }
 
 template <class OutT, class InT>
 requires ZUMProductPixels<OutT, InT> ZUMImage<OutT> ZUMTProduct(const ZUMImage<OutT>& line,
                                                                 const ZUMImage<InT>& image) {
-  return Multiply(kT, line, image);
+  return Multiply(kAlongT, line, image);
 }
 
 #define ZUML_INSTANTIATE_PRODUCTS(OUT, IN)                                                         \

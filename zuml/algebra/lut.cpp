@@ -1,14 +1,14 @@
 #include "zuml/algebra/lut.h"
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <typeinfo>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumrodrect.h"
 
 using zuml_detail::Stored;
 using zuml_detail::ValueAt;
@@ -75,7 +75,7 @@ std::ptrdiff_t Locate(const Table<Q>& table, const P* x, std::ptrdiff_t x_channe
 
 // Whether pixel i of K channels lies in the table.
 template <int K, class Q, class P>
-bool InTable(const Table<Q>& table, const P* x, std::ptrdiff_t x_channel, std::ptrdiff_t i) {
+bool IsInTable(const Table<Q>& table, const P* x, std::ptrdiff_t x_channel, std::ptrdiff_t i) {
   bool in = true;
   for (int k = 0; k < K; ++k) {
     // One unsigned comparison tests both ends.
@@ -119,7 +119,7 @@ template <int K, class Q, class P>
     Stored<Q>* rc = r + c * r_channel;
     for (std::ptrdiff_t i = 0; i < n; ++i) {
       // A pixel outside reads the first entry for nothing; that is cheaper than a jump.
-      const bool in = InTable<K>(table, x, x_channel, i);
+      const bool in = IsInTable<K>(table, x, x_channel, i);
       const Stored<Q> value = pixels[in ? Locate<K>(table, x, x_channel, i) : 0];
       rc[i] = in ? value : missing;
     }

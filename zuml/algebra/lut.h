@@ -8,7 +8,8 @@
 /// a table whose region is no box, "ZUMLut: Only LUTs with rectangular RoD are allowed"; a table
 /// with too many axes, "ZUMLut: Only 1D lut is allowed with monochrome image", "ZUMLut: Only 2D lut
 /// is allowed with two channels image", "ZUMLut: Only 3D lut is allowed with three channels image";
-/// a source of more than three channels, "ZUMLut: Number of channels of the imagen not allowed".
+/// a source of no channel or of more than three, "ZUMLut: Number of channels of the imagen not
+/// allowed".
 #pragma once
 
 #include <type_traits>

@@ -1,6 +1,7 @@
 #include "zuml/algebra/moments.h"
 
 #include <cmath>
+#include <cstddef>
 
 #include "zuml/core/detail/mapped.h"
 #include "zuml/core/pixelarith.h"
@@ -25,7 +26,7 @@ ZUMLong MakePower(ZUMLong base, int exponent) {
 template <class V>
 ZUMReal SumPowers(const ZUMImage<ZUMBool>& image, const ZUMBasePoint<int>& exponent,
                   const ZUMBasePoint<V>& centre) {
-  if (image.EmptyP()) return 0;
+  if (image.EmptyP() || image.GetCSz() == 0) return 0;
   const auto power = [](int coordinate, V origin, int e) {
     return MakePower(static_cast<V>(coordinate) - origin, e);
   };
@@ -33,17 +34,20 @@ ZUMReal SumPowers(const ZUMImage<ZUMBool>& image, const ZUMBasePoint<int>& expon
   const auto x_power = zuml_detail::MakeScratch<V>(static_cast<std::size_t>(size));
   for (int i = 0; i < size; ++i) x_power[i] = power(begin + i, centre.x, exponent.x);
   ZUMReal sum = 0;
-  for (ZUMGenericSweepCoords1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    const auto* pixel = static_cast<const ZUMBool*>(sweep.GetStart1());
-    const V y = power(sweep.GetY(), centre.y, exponent.y);
-    const V z = power(sweep.GetZ(), centre.z, exponent.z);
-    const V t = power(sweep.GetT(), centre.t, exponent.t);
-    for (int i = 0; i < size; ++i) {
-      if (zuml_detail::ValueAt(pixel, i)) {
-        sum += static_cast<ZUMReal>(ZUMWrapMul(ZUMWrapMul(ZUMWrapMul(x_power[i], y), z), t));
-      }
-    }
-  }
+  ZUMForEachPlacedRun(
+      image,
+      [&](const ZUMRunPlace& at, const ZUMBool* pixel, std::ptrdiff_t n) {
+        const V y = power(at.y, centre.y, exponent.y);
+        const V z = power(at.z, centre.z, exponent.z);
+        const V t = power(at.t, centre.t, exponent.t);
+        const V* x = &x_power[at.x - begin];
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          if (zuml_detail::ValueAt(pixel, i)) {
+            sum += static_cast<ZUMReal>(ZUMWrapMul(ZUMWrapMul(ZUMWrapMul(x[i], y), z), t));
+          }
+        }
+      },
+      image);
   return sum;
 }
 

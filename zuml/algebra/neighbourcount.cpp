@@ -1,6 +1,7 @@
 #include "zuml/algebra/neighbourcount.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "zuml/core/detail/axes.h"
 #include "zuml/core/detail/boxes.h"

@@ -10,8 +10,8 @@
 /// stochastically larger than the other" (1947). It goes from 0 to the product of the elements'
 /// sizes, and channels are counted apart.
 ///
-/// The result covers the pixels at which the box around both elements stays
-/// inside the image, and has the image's channels. Throws XQException "ZUMGreaterCnt: Multichannel
+/// The result covers the pixels at which the box around both elements stays inside the image, and
+/// has the image's channels. Throws XQException "ZUMGreaterCnt: Multichannel
 /// structuring elements are not allowed", and as ZUMDisplacementArray::FromNonZeroPixels for an
 /// element without a true pixel. Runs in the calling thread; the cost of a pixel is the number of
 /// pairs.

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
@@ -102,6 +103,7 @@ class NormTask : public XQTask {
 
 template <class Task, class OutT, class P>
 ZUMImage<OutT> RunNorm(const ZUMImage<P>& image) {
+  if (image.GetCSz() == 0) return ZUMImage<OutT>(image, 1, OutT{});
   return ZUMRunTasks<Task, OutT>(image, 1, [&](Task& task) { task.image = &image; });
 }
 

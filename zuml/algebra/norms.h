@@ -2,6 +2,7 @@
 /// gradient of two channels becomes its modulus.
 ///
 /// The term of channel 0 comes first, then those of the last channel down to channel 1 are added.
+/// An image of no channel has the norm 0.
 #pragma once
 
 #include <concepts>
@@ -19,7 +20,8 @@ concept ZUMNormPixels = (std::same_as<OutT, ZUMLong> && ZUMIntegerPixel<P>) ||
 template <ZUMGreyPixel P>
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMNorm(const ZUMImage<P>& image);
 
-/// The sum of squares; that of integers is a 32-bit integer that wraps. Tasks: CTaskSqrNorm.
+/// The sum of squares; that of integers is a 32-bit integer that wraps, as a single square of more
+/// than 46340 does. ZUMNorm does not wrap. Tasks: CTaskSqrNorm.
 template <class OutT, class P>
 requires ZUMNormPixels<OutT, P>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMSqrNorm(const ZUMImage<P>& image);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <complex>
+#include <cstddef>
 
 #include "zuml/core/detail/pointwise.h"
 #include "zuml/core/pixelarith.h"

@@ -9,10 +9,11 @@
 
 /// The product, in which channels interact. Of two images with the same number of channels it is
 /// the scalar product over the channels, an image of one channel: the sum of a(c) * b(c) in the
-/// order of the channels, without conjugation. An image of one channel multiplies every channel of
-/// the other, one pass of tasks for each. Integers keep the low bits; complex values multiply as
-/// (ac - bd, ad + bc). Throws XQException "operator*: Diferent number of channels and no one
-/// channel image %d!=%d". Tasks: CTaskMulII, CTaskMulIIC2, CTaskMulIIC3, CTaskMulIICN.
+/// order of the channels, without conjugation; of two images of no channel, 0. An image of one
+/// channel multiplies every channel of the other, one pass of tasks for each. Integers keep the low
+/// bits; complex values multiply as (ac - bd, ad + bc). Throws XQException "operator*: Diferent
+/// number of channels and no one channel image %d!=%d". Tasks: CTaskMulII, CTaskMulIIC2,
+/// CTaskMulIIC3, CTaskMulIICN.
 template <ZUMArithmeticPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> operator*(const ZUMImage<P>& a, const ZUMImage<P>& b);
 /// Every channel times the number. Tasks: CTaskMulIN.

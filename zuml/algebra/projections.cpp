@@ -1,15 +1,22 @@
 #include "zuml/algebra/projections.h"
 
+#include <concepts>
+#include <cstddef>
 #include <limits>
 
 #include "zuml/algebra/detail/runsums.h"
+#include "zuml/core/detail/axes.h"
 #include "zuml/core/pixelarith.h"
 
+using zuml_detail::Axis;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
+using zuml_detail::Stored;
 using zuml_detail::ValueAt;
 
 namespace {
-
-enum class Axis { kX, kY, kZ, kT };
 
 // What is made of a line: its value before the first pixel, with one pixel more, and with a run.
 
@@ -36,9 +43,9 @@ template <class Op>
 struct OpExtremum {
   template <class P>
   static P AddRun(P best, const P* x, std::ptrdiff_t n) {
-    zuml_detail::Stored<P> b = best;
+    Stored<P> b = best;
     for (std::ptrdiff_t i = 0; i < n; ++i) {
-      b = Op::template Add<zuml_detail::Stored<P>>(b, ValueAt(x, i));
+      b = Op::template Add<Stored<P>>(b, ValueAt(x, i));
     }
     return b;
   }
@@ -68,53 +75,100 @@ struct OpMin : OpExtremum<OpMin> {
 ZUMRoDRef MakeProjectedRegion(const ZUMRoDRef& rod, Axis axis) {
   if (rod.EmptyP()) return rod;
   ZUMRect box = rod.Rect();
-  if (axis == Axis::kX) box.begin.x = box.end.x = 0;
-  if (axis == Axis::kY) box.begin.y = box.end.y = 0;
-  if (axis == Axis::kZ) box.begin.z = box.end.z = 0;
-  if (axis == Axis::kT) box.begin.t = box.end.t = 0;
+  box.begin.*axis = box.end.*axis = 0;
   return box;
+}
+
+// The loops over a run stay functions of their own: inlined into the sweep they would get too few
+// registers.
+
+template <class Op, class OutT, class InT>
+[[gnu::noinline]] void AddAlong(OutT* r, const InT* x, std::ptrdiff_t n) {
+  *r = Op::AddRun(*r, x, n);
+}
+
+template <class Op, class OutT, class InT>
+[[gnu::noinline]] void AddAcross(OutT* r, const InT* x, std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Add(r[i], ValueAt(x, i));
 }
 
 template <class Op, class OutT, class InT>
 ZUMImage<OutT> Project(const ZUMImage<InT>& image, Axis axis) {
   const ZUMRoDRef rod = MakeProjectedRegion(image, axis);
   const ZUMImage<OutT> result(rod, image.GetCSz(), Op::template kStart<OutT>);
-  for (ZUMGenericSweepCoords1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    const auto* x = static_cast<const InT*>(sweep.GetStart1());
-    const std::ptrdiff_t n = static_cast<const InT*>(sweep.GetEnd1()) - x + 1;
-    OutT* r = &result(rod.BeginX(), axis == Axis::kY ? 0 : sweep.GetY(),
-                      axis == Axis::kZ ? 0 : sweep.GetZ(), axis == Axis::kT ? 0 : sweep.GetT(),
-                      sweep.GetC());
-    if (axis == Axis::kX) {
-      *r = Op::AddRun(*r, x, n);
-    } else {
-      for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Op::Add(r[i], ValueAt(x, i));
-    }
-  }
+  ZUMBasePoint<int> keep(1, 1, 1, 1);
+  keep.*axis = 0;
+  ZUMForEachPlacedRun(
+      image,
+      [&result, keep](const ZUMRunPlace& at, const InT* x, std::ptrdiff_t n) {
+        OutT* r = &result(at.x * keep.x, at.y * keep.y, at.z * keep.z, at.t * keep.t, at.c);
+        keep.x == 0 ? AddAlong<Op>(r, x, n) : AddAcross<Op>(r, x, n);
+      },
+      image);
   return result;
 }
 
 }  // namespace
 
-#define ZUML_DEFINE_PROJECTIONS(AXIS)                                      \
-  template <class OutT, class InT>                                         \
-  requires ZUMProjectionPixels<OutT, InT> ZUMImage<OutT> ZUMProject##AXIS( \
-      const ZUMImage<InT>& image) {                                        \
-    return Project<OpSum, OutT>(image, Axis::k##AXIS);                     \
-  }                                                                        \
-  template <ZUMScalarPixel PixT>                                           \
-  ZUMImage<PixT> ZUMProjectMax##AXIS(const ZUMImage<PixT>& image) {        \
-    return Project<OpMax, PixT>(image, Axis::k##AXIS);                     \
-  }                                                                        \
-  template <ZUMScalarPixel PixT>                                           \
-  ZUMImage<PixT> ZUMProjectMin##AXIS(const ZUMImage<PixT>& image) {        \
-    return Project<OpMin, PixT>(image, Axis::k##AXIS);                     \
-  }
-ZUML_DEFINE_PROJECTIONS(X)
-ZUML_DEFINE_PROJECTIONS(Y)
-ZUML_DEFINE_PROJECTIONS(Z)
-ZUML_DEFINE_PROJECTIONS(T)
-#undef ZUML_DEFINE_PROJECTIONS
+template <class OutT, class InT>
+requires ZUMProjectionPixels<OutT, InT> ZUMImage<OutT> ZUMProjectX(const ZUMImage<InT>& image) {
+  return Project<OpSum, OutT>(image, kX);
+}
+
+template <class OutT, class InT>
+requires ZUMProjectionPixels<OutT, InT> ZUMImage<OutT> ZUMProjectY(const ZUMImage<InT>& image) {
+  return Project<OpSum, OutT>(image, kY);
+}
+
+template <class OutT, class InT>
+requires ZUMProjectionPixels<OutT, InT> ZUMImage<OutT> ZUMProjectZ(const ZUMImage<InT>& image) {
+  return Project<OpSum, OutT>(image, kZ);
+}
+
+template <class OutT, class InT>
+requires ZUMProjectionPixels<OutT, InT> ZUMImage<OutT> ZUMProjectT(const ZUMImage<InT>& image) {
+  return Project<OpSum, OutT>(image, kT);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMaxX(const ZUMImage<PixT>& image) {
+  return Project<OpMax, PixT>(image, kX);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMaxY(const ZUMImage<PixT>& image) {
+  return Project<OpMax, PixT>(image, kY);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMaxZ(const ZUMImage<PixT>& image) {
+  return Project<OpMax, PixT>(image, kZ);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMaxT(const ZUMImage<PixT>& image) {
+  return Project<OpMax, PixT>(image, kT);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMinX(const ZUMImage<PixT>& image) {
+  return Project<OpMin, PixT>(image, kX);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMinY(const ZUMImage<PixT>& image) {
+  return Project<OpMin, PixT>(image, kY);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMinZ(const ZUMImage<PixT>& image) {
+  return Project<OpMin, PixT>(image, kZ);
+}
+
+template <ZUMScalarPixel PixT>
+ZUMImage<PixT> ZUMProjectMinT(const ZUMImage<PixT>& image) {
+  return Project<OpMin, PixT>(image, kT);
+}
 
 #define ZUML_INSTANTIATE_SUMS(OUT, IN)                                       \
   template ZUML_API ZUMImage<OUT> ZUMProjectX<OUT, IN>(const ZUMImage<IN>&); \

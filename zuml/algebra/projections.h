@@ -1,8 +1,9 @@
 /// Projections along an axis: all pixels of a line along the axis become one.
 ///
 /// The result has the source's region with the axis reduced to the single coordinate 0, wherever
-/// the source lies, and the source's channels. An empty image gives an empty one. All of it runs on
-/// the calling thread.
+/// the source lies, and the source's channels; a point of it with no pixel in its line keeps the
+/// value that the line starts from. An empty image gives an empty one. All of it runs on the
+/// calling thread.
 #pragma once
 
 #include <concepts>
@@ -16,7 +17,9 @@ template <class OutT, class InT>
 concept ZUMProjectionPixels = (std::same_as<OutT, ZUMLong> && ZUMDiscretePixel<InT>) ||
                               (std::same_as<OutT, ZUMReal> && std::same_as<InT, ZUMReal>);
 
-/// The sum of each line: ZUMProjectX<ZUMLong>(image). Reals are added toward higher coordinates.
+/// The sum of each line: ZUMProjectX<ZUMLong>(image). Reals are added toward higher coordinates. A
+/// `long` sum wraps, where ZUMSum does: lines of more than 65536 shorts, or of two `long` pixels.
+/// ZUMProjectX<ZUMReal>(ZUMImage<ZUMReal>(image)) does not.
 template <class OutT, class InT>
 requires ZUMProjectionPixels<OutT, InT>
 [[nodiscard]] ZUML_API ZUMImage<OutT> ZUMProjectX(const ZUMImage<InT>& image);

@@ -28,15 +28,16 @@ void WalkSegment(int x0, int y0, int x1, int y1, F f) {
   }
 }
 
-bool OutOf(int coordinate, int size) { return coordinate < 0 || coordinate >= size; }
+bool IsOutside(int coordinate, int size) { return coordinate < 0 || coordinate >= size; }
 
 }  // namespace
 
 template <ZUMScalarPixel PixT>
 ZUMImage<PixT> ZUMReadLine(const ZUMImage<PixT>& image, int x0, int y0, int x1, int y1, int z,
                            int c) {
-  if (OutOf(x0, image.GetXSz()) || OutOf(x1, image.GetXSz()) || OutOf(y0, image.GetYSz()) ||
-      OutOf(y1, image.GetYSz()) || OutOf(z, image.GetZSz()) || OutOf(c, image.GetCSz())) {
+  if (IsOutside(x0, image.GetXSz()) || IsOutside(x1, image.GetXSz()) ||
+      IsOutside(y0, image.GetYSz()) || IsOutside(y1, image.GetYSz()) ||
+      IsOutside(z, image.GetZSz()) || IsOutside(c, image.GetCSz())) {
     XQDiagnostic("Coordenadas fuera de la imagen\n");
   }
   // All points are tested before there is a result: only an image can be as long as a segment in

@@ -1,6 +1,11 @@
 #include "zuml/algebra/statistics.h"
 
+#include <algorithm>
 #include <cmath>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
 
 #include "zuml/algebra/detail/runsums.h"
 #include "zuml/core/pixelarith.h"
@@ -99,6 +104,41 @@ Moments SweepMoments(const ZUMImage<P>& image) {
   return {CountOf(image), static_cast<double>(s), q};
 }
 
+// 128 bits hold n times the squares of any block: n below 2^31 / 4 pixels of 32 bits, whose squares
+// are below 2^62 each.
+__extension__ using Wide = __int128;
+
+template <class P>
+Wide SumSquares(const P* x, std::ptrdiff_t n) {
+  if constexpr (sizeof(P) <= 2) {
+    return SumSquaresRun(x, n);
+  } else {
+    // Both halves of a square have room for more than 2^31 more like them.
+    std::uint64_t low = 0, high = 0;
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      const auto square = static_cast<std::uint64_t>(std::int64_t{x[i]} * x[i]);
+      low += square & 0xFFFFFFFFu;
+      high += square >> 32;
+    }
+    return (Wide{high} << 32) + low;
+  }
+}
+
+// nQ - SS, which is never negative.
+template <class P>
+double SpreadWide(const ZUMImage<P>& image) {
+  Wide n = 0, s = 0, q = 0;
+  ZUMForEachRun(
+      image,
+      [&](const P* x, std::ptrdiff_t count) {
+        n += count;
+        s += AddRun(std::int64_t{0}, x, count);
+        q += SumSquares(x, count);
+      },
+      image);
+  return static_cast<double>(n * q - s * s);
+}
+
 }  // namespace
 
 /// Adds the channels of its part up.
@@ -162,6 +202,21 @@ ZUMReal ZUMVariance(const ZUMImage<PixT>& image) {
   return (m.q - m.s * m.s / m.n) / m.n;
 }
 
+template <ZUMDiscretePixel PixT>
+long long ZUMSumWide(const ZUMImage<PixT>& image) {
+  return SumPixels(image);
+}
+
+template <ZUMIntegerPixel PixT>
+ZUMReal ZUMStdDeviationWide(const ZUMImage<PixT>& image) {
+  return std::sqrt(SpreadWide(image)) / CountOf(image);
+}
+
+template <ZUMIntegerPixel PixT>
+ZUMReal ZUMVarianceWide(const ZUMImage<PixT>& image) {
+  return SpreadWide(image) / (CountOf(image) * CountOf(image));
+}
+
 #define ZUML_INSTANTIATE_SUMS(OUT, IN)                        \
   template ZUML_API OUT ZUMSum<OUT, IN>(const ZUMImage<IN>&); \
   template ZUML_API ZUMImage<OUT> ZUMSumChannels<OUT, IN>(const ZUMImage<IN>&);
@@ -177,4 +232,14 @@ ZUML_INSTANTIATE_SUMS(ZUMComplex, ZUMComplex)
   template ZUML_API ZUMReal ZUMStdDeviation<PIX>(const ZUMImage<PIX>&); \
   template ZUML_API ZUMReal ZUMVariance<PIX>(const ZUMImage<PIX>&);
 ZUML_GREY_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
+
+#define ZUML_INSTANTIATE(PIX) template ZUML_API long long ZUMSumWide<PIX>(const ZUMImage<PIX>&);
+ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
+
+#define ZUML_INSTANTIATE(PIX)                                               \
+  template ZUML_API ZUMReal ZUMStdDeviationWide<PIX>(const ZUMImage<PIX>&); \
+  template ZUML_API ZUMReal ZUMVarianceWide<PIX>(const ZUMImage<PIX>&);
+ZUML_INTEGER_TYPES(ZUML_INSTANTIATE)
 #undef ZUML_INSTANTIATE

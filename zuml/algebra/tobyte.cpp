@@ -1,5 +1,8 @@
 #include "zuml/algebra/tobyte.h"
 
+#include <concepts>
+#include <cstdint>
+
 #include "zuml/algebra/extrema.h"
 #include "zuml/algebra/lut.h"
 #include "zuml/core/detail/pointwise.h"

@@ -22,4 +22,5 @@ template <ZUMOrderedPixel P>
 
 /// False colours in three channels (red, green, blue), as a heat camera shows them: dark blue,
 /// blue, green, yellow, orange, red, white from 0 to 255. The image has one channel.
+/// Runs on the calling thread.
 [[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMThermography(const ZUMImage<ZUMByte>& image);

@@ -5,7 +5,7 @@
 
 /// A box with both corners inclusive. It is empty exactly when begin X > end X: a constructor that
 /// receives begin > end on any axis keeps the values and then sets begin X to 0 and end X to -1.
-class ZUML_API ZUMRoDRect final : public ZUMRegionOfDefinition {
+class ZUML_API ZUMRoDRect : public ZUMRegionOfDefinition {
  public:
   ZUMRoDRect() : box_(0, 0, 0, 0, -1, 0, 0, 0) {}
   ZUMRoDRect(int bx, int by, int bz, int bt, int ex, int ey, int ez, int et)

@@ -53,7 +53,7 @@ std::int64_t SumRun(const P* x, std::ptrdiff_t n) {
   return total;
 }
 
-/// The sum of squares of n integer pixels of up to 16 bits, n at most 2^23.
+/// The sum of squares of n integer pixels of up to 16 bits.
 template <ZUMDiscretePixel P>
 std::int64_t SumSquaresRun(const P* x, std::ptrdiff_t n) {
   static_assert(sizeof(P) <= 2);
