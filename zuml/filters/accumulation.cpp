@@ -1,14 +1,13 @@
 #include "zuml/filters/accumulation.h"
 
-#include <algorithm>
 #include <cstddef>
 
 #include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/filters/detail/rowband.h"
 #include "zuml/filters/detail/wholerows.h"
 
 namespace {
@@ -38,10 +37,11 @@ class CTaskXAccumImage final : public XQTask {
 
   void Run() override {
     const ZUMRoDRef pixels = Intersection(part, *source);
+    const bool has_zeros = result->BeginX() < source->BeginX();
     ZUMForEachRun(
         pixels,
-        [](OutT* r, const InT* s, std::ptrdiff_t n) {
-          r[-1] = 0;
+        [has_zeros](OutT* r, const InT* s, std::ptrdiff_t n) {
+          if (has_zeros) r[-1] = 0;
           AccumulateRow(r, s, n);
         },
         *result, *source);
@@ -66,10 +66,10 @@ requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMYAccumImage(const ZUMImage<
   const ZUMImage<OutT> result(DisplaceSides(image, 0, -1, 0, 0, 0, 0, 0, 0), image.GetCSz(),
                               OutT());
   const std::ptrdiff_t line = result.GetLineSz();
-  ZUMForEachRun(
+  ZUMForEachPlacedRun(
       image,
-      [line](OutT* r, const InT* s, std::ptrdiff_t n) {
-        const OutT* above = r - line;
+      [&](const ZUMRunPlace& place, OutT* r, const InT* s, std::ptrdiff_t n) {
+        const OutT* above = place.y > result.BeginY() ? r - line : r;  // zeros, where none is above
         for (std::ptrdiff_t i = 0; i < n; ++i) {
           r[i] = ZUMWrapAdd(above[i], static_cast<OutT>(NumberAt(s, i)));
         }
@@ -86,10 +86,11 @@ requires ZUMAccumPixels<OutT, InT> ZUMImage<OutT> ZUMAccumImage(const ZUMImage<I
   const ZUMImage<OutT> result(DisplaceSides(image, -1, -1, 0, 0, 0, 0, 0, 0), image.GetCSz(),
                               OutT());
   const std::ptrdiff_t line = result.GetLineSz();
-  ZUMForEachRun(
+  ZUMForEachPlacedRun(
       image,
-      [line](OutT* r, const InT* s, std::ptrdiff_t n) {
+      [&](const ZUMRunPlace& place, OutT* r, const InT* s, std::ptrdiff_t n) {
         AccumulateRow(r, s, n);
+        if (place.y == result.BeginY()) return;
         for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], r[i - line]);
       },
       result, image);

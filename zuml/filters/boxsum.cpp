@@ -1,16 +1,28 @@
 #include "zuml/filters/boxsum.h"
 
+#include <cstddef>
+#include <initializer_list>
+#include <type_traits>
+
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/boxrows.h"
+#include "zuml/filters/detail/displacedruns.h"
 #include "zuml/filters/detail/slidingsum.h"
 #include "zuml/filters/detail/weightedsum.h"
 #include "zuml/filters/detail/wholerows.h"
 
+using zuml_detail::Axis;
 using zuml_detail::IsBox;
+using zuml_detail::KernelFromOrigin;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
 using zuml_detail::MakeDirectRegion;
+using zuml_detail::NeededPart;
 using zuml_detail::Terms;
 using zuml_detail::WeightOf;
 
@@ -29,6 +41,8 @@ class SumTask : public XQTask {
 template <class OutT, class InT>
 class DirectSum : public SumTask<OutT, InT> {
  public:
+  int Cost() const { return static_cast<int>(this->all->offsets.size()); }
+
   void Run() override {
     zuml_detail::WriteWeightedSums(this->part, *this->result, *this->source, *this->all);
   }
@@ -38,6 +52,8 @@ template <class OutT, class InT>
 class SlidingSum : public SumTask<OutT, InT> {
  public:
   const Terms<WeightOf<OutT>>* changes;
+
+  int Cost() const { return static_cast<int>(changes->offsets.size()); }
 
   void Run() override {
     zuml_detail::WriteSlidingSums(this->part, *this->result, *this->source, *this->all, *changes);
@@ -105,25 +121,43 @@ bool IsFilledBox(const ZUMImage<ZUMBool>& mask, std::size_t pixels) {
 
 // 1 for the pixels of channel 0, -1 for those of channel 1.
 template <class W>
-Terms<W> MakeSignedTerms(const ZUMRaster& source, const ZUMImage<ZUMBool>& mask) {
-  Terms<W> terms;
-  for (int c = 0; c < mask.GetCSz(); ++c) {
+W SignOf(int c) {
+  return c == 0 ? W(1) : W(-1);
+}
+template <class W>
+Terms<W> MakeSignedTerms(const ZUMRaster& source, const KernelFromOrigin<ZUMBool>& mask,
+                         const ZUMRoDRef& rod) {
+  Terms<W> terms{mask.GetDistance(), {}, {}};
+  for (int c = 0; c < mask.pixels.GetCSz(); ++c) {
     ZUMDisplacementArray steps;
-    steps.FromNonZeroPixels(source, mask.Channel(c));
-    AddTerms(terms, steps, W(c == 0 ? 1 : -1));
+    steps.FromNonZeroPixels(source, NeededPart(mask.pixels.Channel(c), rod));
+    AddTerms(terms, steps, SignOf<W>(c));
   }
   return terms;
 }
 
-// The sums from `begin` to `end` along an axis, Z or T, whose neighbours are `stride` pixels apart.
+// The box without an extent on other axes than these.
+ZUMRect KeepAxes(const ZUMRect& box, std::initializer_list<Axis> axes) {
+  ZUMRect kept;
+  for (const Axis axis : axes) {
+    kept.begin.*axis = box.begin.*axis;
+    kept.end.*axis = box.end.*axis;
+  }
+  return kept;
+}
+
+// The sums over the box's extent along an axis, Z or T, whose neighbours are `stride` pixels apart.
 template <class OutT>
-ZUMImage<OutT> RunAcross(const ZUMImage<OutT>& image, const ZUMRoDRef& rod, int begin, int end,
+ZUMImage<OutT> RunAcross(const ZUMImage<OutT>& image, const ZUMRect& rect, Axis axis,
                          long long stride) {
   using W = WeightOf<OutT>;
-  Terms<W> terms;
+  const ZUMRect line = KeepAxes(rect, {axis});
+  const ZUMRoDRef rod = MakeDirectRegion(image, line);
+  const ZUMBasePoint<int> b = line.begin;
+  Terms<W> terms{{b.x, b.y, b.z, b.t}, {}, {}};
   // A box that leaves nothing of the image may be as long as coordinates go.
-  if (rod.EmptyP()) end = begin;
-  for (long long k = begin; k <= end; ++k) terms.Add(k * stride, W(1));
+  const long long n = rod.EmptyP() ? 1 : zuml_detail::SizeOf(line, axis);
+  for (long long k = 0; k < n; ++k) terms.Add(k * stride, W(1));
   return RunSum<CTaskSumT<OutT>, OutT>(image, rod, terms);
 }
 
@@ -136,18 +170,20 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
   const int n = mask.GetCSz();
   if (n != 1 && n != 2) throw XQException("ZUMSum only allows a mask with one or two channels");
   const ZUMRoDRef rod = MakeDirectRegion(image, mask.Rect());
-  const Terms<W> all = MakeSignedTerms<W>(image, mask);
-  Terms<W> changes;
+  const KernelFromOrigin<ZUMBool> moved(mask);
+  const Terms<W> all = MakeSignedTerms<W>(image, moved, rod);
+  if (rod.EmptyP()) return ZUMImage<OutT>(rod, image.GetCSz(), nullptr);
+  Terms<W> changes{all.distance, {}, {}};
   std::size_t entering = 0;
   for (int c = 0; c < n; ++c) {
     ZUMDisplacementArray out;
-    out.FromNonZeroPixelsL2ROut(image, mask.Channel(c));
-    AddTerms(changes, out, W(c == 0 ? -1 : 1));
+    out.FromNonZeroPixelsL2ROut(image, moved.pixels.Channel(c));
+    AddTerms(changes, out, -SignOf<W>(c));
   }
   for (int c = 0; c < n; ++c) {
     ZUMDisplacementArray in;
-    in.FromNonZeroPixelsL2RIn(image, mask.Channel(c));
-    AddTerms(changes, in, W(c == 0 ? 1 : -1), 1);
+    in.FromNonZeroPixelsL2RIn(image, moved.pixels.Channel(c));
+    AddTerms(changes, in, SignOf<W>(c), 1);
     entering += in.GetLength();
   }
   if (all.offsets.size() <= 2 * entering) {
@@ -169,24 +205,19 @@ requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& imag
     throw XQException("ZUMSum: empty rectangle is not allowed");
   }
   using Task = CTaskSumX<OutT, InT>;
+  const ZUMRect plane = KeepAxes(rect, {kX, kY});
   ZUMImage<OutT> result;
-  if (b.x == 0 && e.x == 0 && b.y == 0 && e.y == 0) {
-    result = static_cast<ZUMImage<OutT>>(image);
+  if (plane == ZUMRect()) {
+    result = zuml_detail::ConvertCopy<OutT>(image);
   } else {
-    result = ZUMRunTasks<Task, OutT>(DisplaceSides(image, -b.x, -b.y, 0, 0, -e.x, -e.y, 0, 0),
-                                     image.GetCSz(), [&](Task& task) {
-                                       task.source = &image;
-                                       task.rect = &rect;
-                                     });
+    result =
+        ZUMRunTasks<Task, OutT>(MakeDirectRegion(image, plane), image.GetCSz(), [&](Task& task) {
+          task.source = &image;
+          task.rect = &rect;
+        });
   }
-  if (b.z != 0 || e.z != 0) {
-    const ZUMRoDRef rod = DisplaceSides(result, 0, 0, -b.z, 0, 0, 0, -e.z, 0);
-    result = RunAcross(result, rod, b.z, e.z, result.GetPlaneSz());
-  }
-  if (b.t != 0 || e.t != 0) {
-    const ZUMRoDRef rod = DisplaceSides(result, 0, 0, 0, -b.t, 0, 0, 0, -e.t);
-    result = RunAcross(result, rod, b.t, e.t, result.GetFrameSz());
-  }
+  if (b.z != 0 || e.z != 0) result = RunAcross(result, rect, kZ, result.GetPlaneSz());
+  if (b.t != 0 || e.t != 0) result = RunAcross(result, rect, kT, result.GetFrameSz());
   return result;
 }
 
@@ -194,6 +225,9 @@ template <class OutT, class InT>
 requires ZUMSumPixels<OutT, InT> ZUMImage<OutT> ZUMSum(const ZUMImage<InT>& image,
                                                        const ZUMRoDRef& rod) {
   if (IsBox(rod)) return ZUMSum<OutT>(image, rod.Rect());
+  // A region without a result needs no mask as large as it is.
+  const ZUMRoDRef left = MakeDirectRegion(image, rod.Rect());
+  if (left.EmptyP() && !rod.EmptyP()) return ZUMImage<OutT>(left, image.GetCSz(), nullptr);
   return ZUMSum<OutT>(image, ZUMImage<ZUMBool>(rod, 1, true));
 }
 

@@ -6,6 +6,7 @@
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/convolutiontask.h"
+#include "zuml/filters/detail/displacedruns.h"
 
 namespace {
 
@@ -15,15 +16,18 @@ using zuml_detail::Terms;
 enum class Form { kMirrored, kDirect };
 
 template <class W>
-Terms<W> MakeTerms(const ZUMRaster& source, const ZUMImage<W>& kernel, Form form) {
+Terms<W> MakeTerms(const ZUMRaster& source, const ZUMImage<W>& kernel, Form form,
+                   const ZUMRoDRef& rod) {
+  const zuml_detail::KernelFromOrigin<W> moved(kernel);
+  const ZUMImage<W> pixels = zuml_detail::NeededPart(moved.pixels, rod);
   ZUMDisplacementValueArray<W> direct, steps;
   if (form == Form::kMirrored) {
-    steps.SymmetricFromNonZeroPixels(source, kernel);
-    direct.FromNonZeroPixels(source, kernel);
+    steps.SymmetricFromNonZeroPixels(source, pixels);
+    direct.FromNonZeroPixels(source, pixels);
   } else {
-    steps.FromNonZeroPixels(source, kernel);
+    steps.FromNonZeroPixels(source, pixels);
   }
-  Terms<W> terms;
+  Terms<W> terms{moved.GetDistance(form == Form::kMirrored ? -1 : 1), {}, {}};
   for (std::size_t k = 0; k < steps.GetLength(); ++k) {
     const auto& step = steps.GetStart()[k];
     long long offset = step.offset;
@@ -47,15 +51,16 @@ ZUMImage<OutT> RunFilter(const ZUMImage<InT>& image, const ZUMImage<OutT>& kerne
                             ? zuml_detail::MakeMirroredRegion(image, kernel.Rect())
                             : zuml_detail::MakeDirectRegion(image, kernel.Rect());
   using Task = CTaskConv<OutT, InT>;
+  if (channels == 0) return ZUMImage<OutT>(rod, 0, nullptr);
   if (channels == 1 && kernel_channels > 1) {
     return ZUMRunTasksPerChannel<Task, OutT>(
-        rod, kernel_channels, [&](int c) { return MakeTerms(image, kernel.Channel(c), form); },
+        rod, kernel_channels, [&](int c) { return MakeTerms(image, kernel.Channel(c), form, rod); },
         [&](Task& task, const Terms<OutT>& terms) {
           task.source = &image;
           task.terms = &terms;
         });
   }
-  const Terms<OutT> terms = MakeTerms(image, kernel, form);
+  const Terms<OutT> terms = MakeTerms(image, kernel, form, rod);
   if (channels > 1 && kernel_channels == 1) {
     return ZUMRunTasksPerChannel<Task, OutT>(
         rod, channels, [&](int c) { return image.Channel(c); },

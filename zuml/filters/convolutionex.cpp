@@ -2,10 +2,14 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <limits>
+#include <cstdint>
+#include <cstdlib>
 #include <type_traits>
 #include <vector>
 
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
@@ -14,7 +18,10 @@
 
 namespace {
 
+using zuml_detail::kX;
+using zuml_detail::kY;
 using zuml_detail::NumberAt;
+using zuml_detail::SizeOf;
 
 // The type that a weight and a pixel are multiplied in: the output's, unless floating pixels would
 // lose their fractions, or doubles their precision.
@@ -35,8 +42,8 @@ OutT Multiply(OutT w, InT value) {
   }
 }
 
-struct Position {
-  int x, y;
+struct Translation {
+  std::ptrdiff_t x, y;
 };
 
 }  // namespace
@@ -49,42 +56,46 @@ class CTaskConvEx2 final : public XQTask {
   ZUMRoDRef part;
   const ZUMImage<OutT>* result;
   const ZUMImage<InT>* source;
-  const std::vector<Position>* translations;
+  const std::vector<Translation>* translations;
   const std::vector<OutT>* weights;
+
+  int Cost() const { return static_cast<int>(weights->size()); }
 
   void Run() override {
     // The results of a strip's line stay in the cache while the terms pass over them.
     zuml_detail::ForEachStrip(part, 64, sizeof(OutT), [this](const ZUMRoDRef& strip) {
-      for (ZUMGenericSweepCoords<2> sweep(strip, *result, *source); sweep.GetStart1();
-           sweep.Next()) {
-        OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-        const InT* const s = static_cast<const InT*>(sweep.GetStart2());
-        const int n = static_cast<int>(static_cast<OutT*>(sweep.GetEnd1()) - r) + 1;
-        std::fill_n(r, n, OutT());
-        for (std::size_t k = 0; k < weights->size(); ++k) {
-          const Position d = (*translations)[k];
-          const int y = sweep.GetY() - d.y;
-          if (y < source->BeginY() || y > source->EndY()) continue;
-          const int first = std::max(0, source->BeginX() + d.x - sweep.GetX());
-          const int last = std::min(n - 1, source->EndX() + d.x - sweep.GetX());
-          if (first > last) continue;
-          const InT* from = s - (d.x + source->GetLineSz() * d.y);
-          Add(r + first, from + first, last - first + 1, (*weights)[k]);
-        }
-      }
+      const ZUMRect box = source->Rect();
+      ZUMForEachPlacedRun(
+          strip,
+          [&](const ZUMRunPlace& place, OutT* r, const InT* s, std::ptrdiff_t n) {
+            const std::ptrdiff_t begin = std::ptrdiff_t{box.begin.x} - place.x;
+            const std::ptrdiff_t end = std::ptrdiff_t{box.end.x} - place.x;
+            std::fill_n(r, n, OutT());
+            for (std::size_t k = 0; k < weights->size(); ++k) {
+              const Translation d = (*translations)[k];
+              const std::ptrdiff_t y = place.y - d.y;
+              if (y < box.begin.y || y > box.end.y) continue;
+              const std::ptrdiff_t first = std::max(std::ptrdiff_t{0}, begin + d.x);
+              const std::ptrdiff_t last = std::min(n - 1, end + d.x);
+              if (first > last) continue;
+              const InT* from = s + (first - d.x - source->GetLineSz() * d.y);
+              Add(r + first, from, last - first + 1, (*weights)[k]);
+            }
+          },
+          *result, *source);
     });
   }
 
  private:
-  static void Add(OutT* r, const InT* s, int n, OutT w) {
+  static void Add(OutT* r, const InT* s, std::ptrdiff_t n, OutT w) {
     if constexpr (std::is_integral_v<OutT> && std::is_floating_point_v<InT>) {
       const InT weight = static_cast<InT>(w);
-      for (int i = 0; i < n; ++i) {
+      for (std::ptrdiff_t i = 0; i < n; ++i) {
         const InT sum = weight * s[i] + static_cast<InT>(r[i]);
         r[i] = ZUMTruncate<OutT>(static_cast<double>(sum));
       }
     } else {
-      for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
+      for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
     }
   }
 };
@@ -93,17 +104,22 @@ template <class OutT, class InT>
 requires ZUMConvPixels<OutT, InT> ZUMImage<OutT> ZUMConvEx(const ZUMImage<InT>& image,
                                                            const ZUMImage<OutT>& kernel) {
   if (kernel.GetCSz() != 1) throw XQException("ZUMConvEx: Multichannel kernels are not allowed");
-  std::vector<Position> translations;
+  std::vector<Translation> translations;
   std::vector<OutT> weights;
-  for (ZUMGenericSweepCoords1 sweep(kernel, kernel); sweep.GetStart1(); sweep.Next()) {
-    const OutT* const end = static_cast<const OutT*>(sweep.GetEnd1());
-    int x = sweep.GetX();
-    for (const OutT* p = static_cast<const OutT*>(sweep.GetStart1()); p <= end; ++p, ++x) {
-      if (*p == 0) continue;
-      translations.push_back({x, sweep.GetY()});
-      weights.push_back(*p);
-    }
-  }
+  // Terms that lead outside from everywhere take no part.
+  const std::ptrdiff_t x_size = SizeOf(image.Rect(), kX), y_size = SizeOf(image.Rect(), kY);
+  ZUMForEachPlacedRun(
+      kernel,
+      [&](const ZUMRunPlace& place, const OutT* w, std::ptrdiff_t n) {
+        const std::ptrdiff_t y = place.y;
+        if (std::abs(y) >= y_size) return;
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          if (w[i] == 0 || std::abs(place.x + i) >= x_size) continue;
+          translations.push_back({place.x + i, y});
+          weights.push_back(w[i]);
+        }
+      },
+      kernel);
   using Task = CTaskConvEx2<OutT, InT>;
   return ZUMRunTasks<Task, OutT>(image, image.GetCSz(), [&](Task& task) {
     task.source = &image;
@@ -118,20 +134,21 @@ namespace {
 template <class OutT>
 struct Line {
   std::vector<OutT> weights;
-  int begin;
+  std::ptrdiff_t begin;
 
-  int Last() const { return static_cast<int>(weights.size()) - 1; }
-  bool ShortP(int length) const { return length - 1 <= Last(); }
+  std::ptrdiff_t Last() const { return static_cast<std::ptrdiff_t>(weights.size()) - 1; }
+  bool IsLonger(std::ptrdiff_t length) const { return length - 1 <= Last(); }
+  OutT operator[](std::ptrdiff_t j) const { return weights[static_cast<std::size_t>(j)]; }
 };
 
 template <class OutT>
-Line<OutT> MakeLine(const ZUMImage<OutT>& kernel, bool along_y) {
-  const ZUMBasePoint<int> b = kernel.Begin();
-  Line<OutT> line{{}, along_y ? b.y : b.x};
-  const int n = along_y ? kernel.RoDYSz() : kernel.RoDXSz();
-  for (int j = 0; j < n; ++j) {
-    line.weights.push_back(along_y ? kernel(b.x, b.y + j, b.z, b.t)
-                                   : kernel(b.x + j, b.y, b.z, b.t));
+Line<OutT> MakeLine(const ZUMImage<OutT>& kernel, zuml_detail::Axis axis) {
+  ZUMBasePoint<int> p = kernel.Begin();
+  Line<OutT> line{{}, p.*axis};
+  const std::ptrdiff_t n = kernel.EmptyP() ? 0 : SizeOf(kernel.Rect(), axis);
+  for (std::ptrdiff_t j = 0; j < n; ++j) {
+    p.*axis = static_cast<int>(line.begin + j);
+    line.weights.push_back(kernel(p));
   }
   return line;
 }
@@ -148,91 +165,90 @@ OutT Divide(OutT sum, OutT weights) {
 
 // The terms j of result i on a line of that length which lie on the line: [first, last].
 struct Range {
-  int first, last;
+  std::ptrdiff_t first, last;
 };
 template <class OutT>
-Range OnLine(const Line<OutT>& line, int i, int length) {
-  return {std::max(0, -(i + line.begin)), std::min(line.Last(), length - 1 - (i + line.begin))};
+Range OnLine(const Line<OutT>& line, std::ptrdiff_t i, std::ptrdiff_t length) {
+  const std::ptrdiff_t at = i + line.begin;
+  return {std::max(std::ptrdiff_t{0}, -at), std::min(line.Last(), length - 1 - at)};
 }
 
 template <class OutT>
 OutT SumWeights(const Line<OutT>& line, Range range) {
   OutT sum = 0;
-  for (int j = range.first; j <= range.last; ++j) {
-    sum = ZUMWrapAdd(sum, line.weights[static_cast<std::size_t>(j)]);
-  }
+  for (std::ptrdiff_t j = range.first; j <= range.last; ++j) sum = ZUMWrapAdd(sum, line[j]);
   return sum;
 }
 
 // r += w s along a row.
 template <class OutT, class InT>
-void AddRow(OutT* r, const InT* s, int n, OutT w) {
-  for (int i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
+void AddRow(OutT* r, const InT* s, std::ptrdiff_t n, OutT w) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = ZUMWrapAdd(r[i], Multiply(w, NumberAt(s, i)));
 }
 
 template <class OutT, class InT>
 void DeriveAlongY(const ZUMImage<OutT>& result, const ZUMImage<InT>& image,
                   const Line<OutT>& line) {
-  const int length = image.RoDYSz();
-  for (ZUMGenericSweepCoords<2> sweep(image, result, image); sweep.GetStart1(); sweep.Next()) {
-    OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-    const InT* const s = static_cast<const InT*>(sweep.GetStart2());
-    const int n = static_cast<int>(static_cast<OutT*>(sweep.GetEnd1()) - r) + 1;
-    const Range range = OnLine(line, sweep.GetY() - image.BeginY(), length);
-    std::fill_n(r, n, OutT());
-    for (int j = range.first; j <= range.last; ++j) {
-      AddRow(r, s + image.GetLineSz() * (line.begin + j), n,
-             line.weights[static_cast<std::size_t>(j)]);
-    }
-    if (line.ShortP(length)) {
-      const OutT weights = SumWeights(line, range);
-      for (int i = 0; i < n; ++i) r[i] = Divide(r[i], weights);
-    }
-  }
+  const std::ptrdiff_t length = image.RoDYSz();
+  ZUMForEachPlacedRun(
+      image,
+      [&](const ZUMRunPlace& place, OutT* r, const InT* s, std::ptrdiff_t n) {
+        const Range range = OnLine(line, place.y - image.BeginY(), length);
+        std::fill_n(r, n, OutT());
+        for (std::ptrdiff_t j = range.first; j <= range.last; ++j) {
+          AddRow(r, s + image.GetLineSz() * (line.begin + j), n, line[j]);
+        }
+        if (line.IsLonger(length)) {
+          const OutT weights = SumWeights(line, range);
+          for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = Divide(r[i], weights);
+        }
+      },
+      result, image);
 }
 
 template <class OutT, class InT>
 void DeriveAlongX(const ZUMImage<OutT>& result, const ZUMImage<InT>& image,
                   const Line<OutT>& line) {
-  const int length = image.RoDXSz();
+  const std::ptrdiff_t length = image.RoDXSz();
   if (image.EmptyP()) return;
-  if (line.ShortP(length)) {
-    for (ZUMGenericSweep<2> sweep(image, result, image); sweep.GetStart1(); sweep.Next()) {
-      OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-      const InT* const s = static_cast<const InT*>(sweep.GetStart2());
-      for (int i = 0; i < length; ++i) {
-        const Range range = OnLine(line, i, length);
-        OutT sum = 0;
-        for (int j = range.first; j <= range.last; ++j) {
-          sum = ZUMWrapAdd(sum, Multiply(line.weights[static_cast<std::size_t>(j)],
-                                         NumberAt(s, i + line.begin + j)));
-        }
-        r[i] = Divide(sum, SumWeights(line, range));
-      }
-    }
+  if (line.IsLonger(length)) {
+    ZUMForEachRun(
+        image,
+        [&](OutT* r, const InT* s, std::ptrdiff_t) {
+          for (std::ptrdiff_t i = 0; i < length; ++i) {
+            const Range range = OnLine(line, i, length);
+            OutT sum = 0;
+            for (std::ptrdiff_t j = range.first; j <= range.last; ++j) {
+              sum = ZUMWrapAdd(sum, Multiply(line[j], NumberAt(s, i + line.begin + j)));
+            }
+            r[i] = Divide(sum, SumWeights(line, range));
+          }
+        },
+        result, image);
     return;
   }
   // Each line is copied and continued by its ends, so that all offsets find a pixel. What a kernel
   // far away from the origin reads is one end throughout.
-  const int first = std::clamp(line.begin, -length, length);
-  const int last = std::clamp(line.begin + line.Last(), -length, length);
-  const int before = std::max(0, -first), after = std::max(0, last);
+  const std::ptrdiff_t first = std::clamp(line.begin, -length, length);
+  const std::ptrdiff_t last = std::clamp(line.begin + line.Last(), -length, length);
+  const std::ptrdiff_t before = std::max(std::ptrdiff_t{0}, -first);
+  const std::ptrdiff_t after = std::max(std::ptrdiff_t{0}, last);
   using Number = decltype(NumberAt(static_cast<const InT*>(nullptr), 0));
-  const auto padded = zuml_detail::MakeScratch<Number>(static_cast<std::size_t>(before) +
-                                                       static_cast<std::size_t>(length + after));
+  const auto padded =
+      zuml_detail::MakeScratch<Number>(static_cast<std::size_t>(before + length + after));
   Number* const middle = padded.get() + before;
-  for (ZUMGenericSweep<2> sweep(image, result, image); sweep.GetStart1(); sweep.Next()) {
-    OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-    const InT* const s = static_cast<const InT*>(sweep.GetStart2());
-    zuml_detail::WidenRow(middle, s, length);
-    std::fill(padded.get(), middle, middle[0]);
-    std::fill_n(middle + length, after, middle[length - 1]);
-    std::fill_n(r, length, OutT());
-    for (int j = 0; j <= line.Last(); ++j) {
-      AddRow(r, middle + std::clamp(line.begin + j, -length, length), length,
-             line.weights[static_cast<std::size_t>(j)]);
-    }
-  }
+  ZUMForEachRun(
+      image,
+      [&](OutT* r, const InT* s, std::ptrdiff_t) {
+        zuml_detail::WidenRow(middle, s, length);
+        std::fill(padded.get(), middle, middle[0]);
+        std::fill_n(middle + length, after, middle[length - 1]);
+        std::fill_n(r, length, OutT());
+        for (std::ptrdiff_t j = 0; j <= line.Last(); ++j) {
+          AddRow(r, middle + std::clamp(line.begin + j, -length, length), length, line[j]);
+        }
+      },
+      result, image);
 }
 
 }  // namespace
@@ -246,7 +262,7 @@ requires ZUMCorrPixels<OutT, InT> ZUMImage<OutT> ZUMDeriveEx(const ZUMImage<InT>
     throw XQException("ZUMDeriveEx: Only accepts unidimensional kernels");
   }
   const ZUMImage<OutT> result(image, image.GetCSz(), nullptr);
-  const Line<OutT> line = MakeLine(kernel, along_y);
+  const Line<OutT> line = MakeLine(kernel, along_y ? kY : kX);
   along_y ? DeriveAlongY(result, image, line) : DeriveAlongX(result, image, line);
   return result;
 }

@@ -7,11 +7,13 @@
 #include "zuml/algebra/arithmetic.h"
 #include "zuml/algebra/functions.h"
 #include "zuml/algebra/statistics.h"
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/pointwise.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/filters/boxsum.h"
 #include "zuml/filters/convolution.h"
+#include "zuml/filters/detail/displacedruns.h"
 
 /// The coefficients of its part from the sums.
 class CTaskCorCoef final : public XQTask {
@@ -57,27 +59,39 @@ ZUMImage<ZUMReal> Mirror(const ZUMImage<ZUMReal>& image) {
 
 template <ZUMScalarPixel PixT>
 ZUMImage<ZUMReal> ZUMCorCoef(const ZUMImage<PixT>& image, const ZUMImage<PixT>& pattern) {
-  const ZUMImage<ZUMReal> reals = image, mirrored = Mirror(pattern);
-  const ZUMRoDRef box(static_cast<const ZUMRoDRef&>(pattern));
+  // With the box of the pattern at the origin everything lies inside the image. The result gets its
+  // own coordinates in the end.
+  const zuml_detail::KernelFromOrigin<PixT> moved(pattern);
+  const bool at_origin = zuml_detail::IsBox(pattern);
+  const ZUMImage<PixT> near = at_origin ? moved.pixels : pattern;
+  const ZUMBasePoint<int> begin = at_origin ? moved.begin : ZUMBasePoint<int>();
+  const ZUMImage<ZUMReal> reals = image, mirrored = Mirror(near);
+  const ZUMRoDRef& box = near;
   const double n = pattern.NPixels();
   const ZUMImage<ZUMReal> sums = ZUMSum<ZUMReal>(reals, box);
+  const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(image, pattern.Rect());
   const double mean = ZUMSum<ZUMReal>(mirrored) / n;
   const double deviation = std::sqrt(ZUMSum<ZUMReal>(ZUMSqr<ZUMReal>(mirrored - mean)));
   // A pattern without deviation has no coefficient. One of zeros would be no kernel besides.
-  if (deviation == 0 && pattern.GetCSz() == 1) return ZUMImage<ZUMReal>(sums, sums.GetCSz(), -1.0);
+  if (deviation == 0 && pattern.GetCSz() == 1) return ZUMImage<ZUMReal>(rod, sums.GetCSz(), -1.0);
   const ZUMImage<ZUMReal> squares = ZUMSum<ZUMReal>(ZUMSqr<ZUMReal>(reals), box);
   const ZUMImage<ZUMReal> products = ZUMConv(reals, mirrored);
   // The convolution adds the channels up, or gives each of the pattern; the sums keep the image's.
   zuml_detail::RequireSameChannels("operator-", products, sums);
   using Task = CTaskCorCoef;
-  return ZUMRunTasks<Task, ZUMReal>(sums, sums.GetCSz(), [&](Task& task) {
-    task.sums = &sums;
-    task.squares = &squares;
-    task.products = &products;
-    task.n = n;
-    task.mean = mean;
-    task.deviation = deviation;
-  });
+  const ZUMRoDRef inside = zuml_detail::MoveSides(rod, 1, begin, 1, begin);
+  const ZUMImage<ZUMReal> result =
+      ZUMRunTasks<Task, ZUMReal>(inside, sums.GetCSz(), [&](Task& task) {
+        task.sums = &sums;
+        task.squares = &squares;
+        task.products = &products;
+        task.n = n;
+        task.mean = mean;
+        task.deviation = deviation;
+      });
+  ZUMRaster raster = result;
+  raster.SetMP(rod.Begin());
+  return ZUMImage<ZUMReal>(rod, raster);
 }
 
 #define ZUML_INSTANTIATE(PIX) \

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <type_traits>
 
+#include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/filters/convolution.h"
 #include "zuml/filters/detail/convolutiontask.h"
+#include "zuml/filters/detail/displacedruns.h"
 
 /// Adds weighted sums to what the result holds.
 template <class OutT, class InT>
@@ -15,6 +17,8 @@ class CTaskAcumProduct final : public XQTask {
   const ZUMImage<OutT>* result;
   const ZUMImage<InT>* source;
   const zuml_detail::Terms<OutT>* terms;
+
+  int Cost() const { return static_cast<int>(terms->offsets.size()); }
 
   void Run() override { zuml_detail::WriteWeightedSums(part, *result, *source, *terms, true); }
 };
@@ -29,6 +33,8 @@ class CTaskConvStages final : public XQTask {
   const zuml_detail::Terms<OutT>* first;
   const zuml_detail::Terms<OutT>* second;
 
+  int Cost() const { return static_cast<int>(first->offsets.size() + second->offsets.size()); }
+
   void Run() override { zuml_detail::WriteSumsOfSums(part, *result, *source, *first, *second); }
 };
 
@@ -39,34 +45,41 @@ using zuml_detail::Terms;
 // 1 to read p + k, -1 to read p - k.
 enum Sign { kDirect = 1, kMirrored = -1 };
 
-// The region of a stage's result. Its box has no Z and T; there, the coefficients tell how far the
-// stage reaches.
+// The box of a stage. Its own one has no Z and T; there, the coefficients tell how far the stage
+// reaches.
 template <class OutT>
-ZUMRoDRef MakeRegion(const ZUMRoDRef& rod, const ZUMSubKernel<OutT>& stage, Sign sign) {
-  int low[] = {0, 0}, high[] = {0, 0};
+ZUMRect MakeBox(const ZUMSubKernel<OutT>& stage) {
+  ZUMRect box = stage.GetRect();
   bool first = true;
   for (int c = 0; c < stage.GetCSz(); ++c) {
     for (const auto& factor : stage.GetFactors(c)) {
-      const int at[] = {factor.z, factor.t};
-      for (int k = 0; k < 2; ++k) {
-        low[k] = first ? at[k] : std::min(low[k], at[k]);
-        high[k] = first ? at[k] : std::max(high[k], at[k]);
-      }
+      box.begin.z = first ? factor.z : std::min(box.begin.z, factor.z);
+      box.begin.t = first ? factor.t : std::min(box.begin.t, factor.t);
+      box.end.z = first ? factor.z : std::max(box.end.z, factor.z);
+      box.end.t = first ? factor.t : std::max(box.end.t, factor.t);
       first = false;
     }
   }
-  if (sign == kDirect) {
-    return DisplaceSides(stage.DirectRoD(rod), 0, 0, -low[0], -low[1], 0, 0, -high[0], -high[1]);
-  }
-  return DisplaceSides(stage.SymmetricRoD(rod), 0, 0, high[0], high[1], 0, 0, low[0], low[1]);
+  return box;
+}
+
+// The region of a stage's result.
+template <class OutT>
+ZUMRoDRef MakeRegion(const ZUMRoDRef& rod, const ZUMSubKernel<OutT>& stage, Sign sign) {
+  const ZUMRect box = MakeBox(stage);
+  return sign == kDirect ? zuml_detail::MakeDirectRegion(rod, box)
+                         : zuml_detail::MakeMirroredRegion(rod, box);
 }
 
 template <class OutT>
 Terms<OutT> MakeTerms(const ZUMRaster& source, const ZUMSubKernel<OutT>& stage, int c, Sign sign) {
-  Terms<OutT> terms;
+  const ZUMBasePoint<int> b = MakeBox(stage).begin;
+  const long long x = b.x, y = b.y, z = b.z, t = b.t;
+  Terms<OutT> terms{{sign * x, sign * y, sign * z, sign * t}, {}, {}};
   for (const auto& factor : stage.GetFactors(c)) {
-    const long long offset = factor.x + source.GetLineSz() * factor.y +
-                             source.GetPlaneSz() * factor.z + source.GetFrameSz() * factor.t;
+    const long long offset = factor.x - x + source.GetLineSz() * (factor.y - y) +
+                             source.GetPlaneSz() * (factor.z - z) +
+                             source.GetFrameSz() * (factor.t - t);
     terms.Add(sign * offset, factor.coefficient);
   }
   return terms;
@@ -95,6 +108,7 @@ ZUMImage<OutT> RunStage(const ZUMImage<InT>& image, const ZUMSubKernel<OutT>& st
       task.terms = &terms;
     });
   }
+  if (image.GetCSz() == 0 || stage.GetCSz() == 0) return ZUMImage<OutT>(rod, 0, nullptr);
   struct Operands {
     ZUMImage<InT> source;
     Terms<OutT> terms;
@@ -135,7 +149,7 @@ ZUMImage<OutT> RunChain(const char* operation, const ZUMImage<InT>& image,
   } else {
     const auto& stages = kernel.GetKernels();
     auto stage = stages.begin();
-    if (stage == stages.end()) return static_cast<ZUMImage<OutT>>(image);
+    if (stage == stages.end()) return zuml_detail::ConvertCopy<OutT>(image);
     const bool one = channels > 1;
     ZUMImage<OutT> result;
     const auto& front = *stage++;

@@ -85,7 +85,7 @@ const char* NameOf() {
 
 template <Measure kMeasure, class PixT, class Weights>
 ZUMImage<ZUMReal> RunMeasure(const ZUMImage<PixT>& image, const Weights& weights) {
-  if (weights.GetCSz() > 1) {
+  if (weights.GetCSz() > 1 || weights.GetCSz() == 0) {
     throw XQException("%s only allows a mask with one channel", NameOf<kMeasure, Weights>());
   }
   using Square = std::conditional_t<std::is_integral_v<PixT>, ZUMLong, ZUMReal>;

@@ -9,12 +9,14 @@
 ///   ZUMVariance       (B - A^2 / n) / n, which rounding can take below 0
 ///
 /// over the region of that sum and in double. Squares of integer pixels are `long` and wrap, and so
-/// are the sums under masks and `long` weights.
+/// are the sums under masks and `long` weights: the squares of pixels up to 1000 under 2147 pixels
+/// still fit, those of pixels from 46341 on never do.
 ///
-/// The mask, the weights or the kernel have one channel, or XQException is thrown: "ZUMMean only
-/// allows a mask with one channel" by ZUMMean; "ZUMStdDeviation only allows a mask with one
-/// channel" by ZUMStdDeviation with a mask or an image of `long` weights; "ZUMVariance only allows
-/// a mask with one channel" otherwise. Tasks: those of the sums, and CTaskLocalStatistics.
+/// An image of no channel gives none. The mask, the weights or the kernel have one channel, or
+/// XQException is thrown: "ZUMMean only allows a mask with one channel" by ZUMMean;
+/// "ZUMStdDeviation only allows a mask with one channel" by ZUMStdDeviation with a mask or an image
+/// of `long` weights; "ZUMVariance only allows a mask with one channel" otherwise. Tasks: those of
+/// the sums, and CTaskLocalStatistics.
 #pragma once
 
 #include "zuml/core/export.h"

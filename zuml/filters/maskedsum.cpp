@@ -4,16 +4,21 @@
 #include <cstddef>
 
 #include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/boxsum.h"
-#include "zuml/filters/detail/rowband.h"
+#include "zuml/filters/detail/displacedruns.h"
 
+using zuml_detail::Distance;
+using zuml_detail::KernelFromOrigin;
 using zuml_detail::MakeDirectRegion;
+using zuml_detail::NeededPart;
 using zuml_detail::NumberAt;
+using zuml_detail::PixelAt;
 
 namespace {
 
@@ -24,14 +29,18 @@ class SumMaskedTask : public XQTask {
   const ZUMImage<OutT>* result;
   const ZUMImage<InT>* source;
   const ZUMImage<ZUMBool>* mask;
+  Distance distance;  // from which the steps count
   const ZUMDisplacementArray* added;
   const ZUMDisplacementArray* subtracted;  // empty for a kernel of one channel
   OutT value;
 
+  int Cost() const { return static_cast<int>(added->GetLength() + subtracted->GetLength()); }
+
   void Run() override {
-    ZUMForEachRun(
+    ZUMForEachPlacedRun(
         part,
-        [this](OutT* r, const InT* s, const bool* m, std::ptrdiff_t n) {
+        [this](const ZUMRunPlace& place, OutT* r, const bool* m, std::ptrdiff_t n) {
+          const InT* const s = PixelAt(*source, place, distance);
           for (std::ptrdiff_t i = 0; i < n;) {
             const std::ptrdiff_t begin = i;
             const bool inside = NumberAt(m, i);
@@ -40,7 +49,7 @@ class SumMaskedTask : public XQTask {
                    : static_cast<void>(std::fill_n(r + begin, i - begin, value));
           }
         },
-        *result, *source, *mask);
+        *result, *mask);
   }
 
  private:
@@ -81,13 +90,15 @@ requires ZUMSumPixels<OutT, InT> &&
         "ZUMSumMasked: It don't allows image and mask with different number of channels");
   }
   const ZUMRoDRef rod = Intersection(MakeDirectRegion(image, kernel.Rect()), mask);
+  const KernelFromOrigin<ZUMBool> moved(kernel);
   ZUMDisplacementArray added, subtracted;
-  added.FromNonZeroPixels(image, kernel.Channel(0));
-  if (n == 2) subtracted.FromNonZeroPixels(image, kernel.Channel(1));
+  added.FromNonZeroPixels(image, NeededPart(moved.pixels.Channel(0), rod));
+  if (n == 2) subtracted.FromNonZeroPixels(image, NeededPart(moved.pixels.Channel(1), rod));
   const auto run = [&]<class Task>(const Task*) {
     return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
       task.source = &image;
       task.mask = &mask;
+      task.distance = moved.GetDistance();
       task.added = &added;
       task.subtracted = &subtracted;
       task.value = value;
@@ -104,28 +115,30 @@ requires ZUMSumPixels<OutT, InT> && ZUMGreyPixel<InT> ZUMImage<OutT> ZUMSumThr(
   // Under a mask away from the origin, the region would leave the threshold's.
   const ZUMRoDRef rod =
       Intersection(MakeDirectRegion(Intersection(image, threshold), mask.Rect()), threshold);
+  const KernelFromOrigin<ZUMBool> moved(mask);
   ZUMDisplacementArray steps;
-  steps.FromNonZeroPixels(image, mask);
+  steps.FromNonZeroPixels(image, NeededPart(moved.pixels, rod));
   const ZUMImage<OutT> result(rod, image.GetCSz(), nullptr);
   for (int c = 0; c < image.GetCSz(); ++c) {
-    ZUMForEachRun(
+    const ZUMImage<InT> source = image.Channel(c);
+    ZUMForEachPlacedRun(
         rod,
-        [&](OutT* r, const InT* s, const InT* limit, std::ptrdiff_t n) {
+        [&](const ZUMRunPlace& place, OutT* r, const InT* limit, std::ptrdiff_t n) {
+          const InT* const s = PixelAt(source, place, moved.GetDistance());
           std::fill_n(r, n, OutT());
           for (const long long step : steps) {
             const InT* p = s + step;
             for (std::ptrdiff_t i = 0; i < n; ++i) r[i] += static_cast<OutT>(!(p[i] < limit[i]));
           }
         },
-        result.Channel(c), image.Channel(c),
-        threshold.Channel(std::min(c, threshold.GetCSz() - 1)));
+        result.Channel(c), threshold.Channel(std::min(c, threshold.GetCSz() - 1)));
   }
   return result;
 }
 
-#define ZUML_INSTANTIATE(OUT, IN)                                                             \
-  template ZUML_API ZUMImage<OUT> ZUMSumMasked(const ZUMImage<IN>&, const ZUMImage<ZUMBool>&, \
-                                               const ZUMImage<ZUMBool>&, OUT);
+#define ZUML_INSTANTIATE(OUT, IN)                                                                  \
+  template ZUML_API ZUMImage<OUT> ZUMSumMasked<OUT>(const ZUMImage<IN>&, const ZUMImage<ZUMBool>&, \
+                                                    const ZUMImage<ZUMBool>&, OUT);
 #define ZUML_INSTANTIATE_LONG(IN) ZUML_INSTANTIATE(ZUMLong, IN)
 ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE_LONG)
 ZUML_INSTANTIATE(ZUMReal, ZUMReal)

@@ -1,6 +1,8 @@
 #include "zuml/filters/medianmasked.h"
 
 #include <algorithm>
+#include <concepts>
+#include <cstddef>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/mapped.h"
@@ -8,7 +10,9 @@
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/displacedruns.h"
 
+using zuml_detail::PixelAt;
 using zuml_detail::Stored;
 using zuml_detail::ValueAt;
 
@@ -44,6 +48,7 @@ class CTaskMedianMasked final : public XQTask {
   const ZUMImage<P>* result;
   const ZUMImage<P>* image;
   const ZUMImage<ZUMBool>* mask;
+  zuml_detail::Distance distance;  // from which the steps count
   const ZUMDisplacementArray* on_image;
   const ZUMDisplacementArray* on_mask;
 
@@ -51,15 +56,17 @@ class CTaskMedianMasked final : public XQTask {
 
   void Run() override {
     const auto values = zuml_detail::MakeScratch<P>(on_image->GetLength());
-    ZUMForEachRun(
+    ZUMForEachPlacedRun(
         part,
-        [&](P* r, const P* x, const ZUMBool* m, std::ptrdiff_t n) {
+        [&](const ZUMRunPlace& place, P* r, std::ptrdiff_t n) {
+          const P* const x = PixelAt(*image, place, distance);
+          const ZUMBool* const m = PixelAt(*mask, place, distance);
           for (std::ptrdiff_t i = 0; i < n; ++i) {
             const std::ptrdiff_t count = Collect(values.get(), x + i, m + i);
-            r[i] = count > 0 ? SelectMedian(values.get(), count) : OwnPixel(r + i);
+            r[i] = count > 0 ? SelectMedian(values.get(), count) : OwnPixel(place, i);
           }
         },
-        *result, *image, *mask);
+        *result);
   }
 
  private:
@@ -73,10 +80,9 @@ class CTaskMedianMasked final : public XQTask {
     return v - values;
   }
 
-  P OwnPixel(const P* r) const {
-    int c;
-    const ZUMBasePoint<int> at = result->AddressCoord(r, c);
-    return image->InP(at) ? (*image)(at, c) : P{};
+  P OwnPixel(const ZUMRunPlace& place, std::ptrdiff_t i) const {
+    const ZUMBasePoint<int> at(static_cast<int>(place.x + i), place.y, place.z, place.t);
+    return image->InP(at) ? (*image)(at, place.c) : P{};
   }
 };
 
@@ -112,14 +118,17 @@ ZUMImage<PixT> ZUMMedianMasked(const ZUMImage<PixT>& image, const ZUMImage<ZUMBo
   if constexpr (std::same_as<PixT, ZUMBool>) {
     return ZUMMedianMasked(ZUMImage<ZUMByte>(image), element, mask);
   } else {
-    ZUMDisplacementArray on_image, on_mask;
-    on_image.FromNonZeroPixels(image, element);
-    on_mask.FromNonZeroPixels(mask, element);
     const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(Intersection(image, mask), element.Rect());
+    const zuml_detail::KernelFromOrigin<ZUMBool> moved(element);
+    const ZUMImage<ZUMBool> pixels = zuml_detail::NeededPart(moved.pixels, rod);
+    ZUMDisplacementArray on_image, on_mask;
+    on_image.FromNonZeroPixels(image, pixels);
+    on_mask.FromNonZeroPixels(mask, pixels);
     using Task = CTaskMedianMasked<PixT>;
     return ZUMRunTasks<Task, PixT>(rod, image.GetCSz(), [&](Task& task) {
       task.image = &image;
       task.mask = &mask;
+      task.distance = moved.GetDistance();
       task.on_image = &on_image;
       task.on_mask = &on_mask;
     });

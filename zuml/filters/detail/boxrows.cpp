@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "zuml/core/xqmemory.h"
-#include "zuml/core/zumsweep.h"
+#include "zuml/filters/detail/displacedruns.h"
 #include "zuml/filters/detail/rowband.h"
 #include "zuml/filters/detail/rowsum.h"
 
@@ -18,7 +18,7 @@ namespace {
 // r[i] = sum + (in[0] - out[0]) + ... + (in[i] - out[i]), four at a time.
 void WriteRunningRow(std::uint32_t* r, const std::uint32_t* in, const std::uint32_t* out,
                      std::ptrdiff_t n, std::uint32_t sum) {
-  using V = std::uint32_t __attribute__((vector_size(16)));
+  using V = Vector<std::uint32_t, 16>;
   const V zeros = {};
   V before = zeros + sum;
   std::ptrdiff_t i = 0;
@@ -34,39 +34,44 @@ void WriteRunningRow(std::uint32_t* r, const std::uint32_t* in, const std::uint3
   for (; i < n; ++i) r[i] = sum += in[i] - out[i];
 }
 
+// To the box's first pixel, in the plane.
+Distance MakeDistance(const ZUMRect& box) { return {box.begin.x, box.begin.y}; }
+
 template <class InT>
 void WriteRunningSums(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
                       const ZUMImage<InT>& source, const ZUMRect& box) {
   const std::ptrdiff_t line = source.GetLineSz();
-  const std::ptrdiff_t width = box.end.x - box.begin.x + std::ptrdiff_t{1};
-  const std::ptrdiff_t n = part.RoDXSz(), reach = n + width - 1;
+  const std::ptrdiff_t width = SizeOf(box, kX), height = SizeOf(box, kY);
+  const std::ptrdiff_t reach = part.RoDXSz() + width - 1;
   const ScratchBlock<std::uint32_t> columns =
       MakeScratch<std::uint32_t>(static_cast<std::size_t>(reach + 1));
-  // The column that leaves at a row's first pixel is none.
+  // At a row's first pixel no column leaves.
   columns[0] = 0;
   std::uint32_t* const c = columns.get() + 1;
-  for (ZUMGenericSweepCoords<2> sweep(part, result, source); sweep.GetStart1(); sweep.Next()) {
-    const InT* const s = static_cast<const InT*>(sweep.GetStart2()) + box.begin.x;
-    if (sweep.GetY() == part.BeginY()) {
-      std::fill_n(c, reach, 0u);
-      for (std::ptrdiff_t dy = box.begin.y; dy <= box.end.y; ++dy) {
-        const InT* const p = s + dy * line;
-        for (std::ptrdiff_t i = 0; i < reach; ++i) {
-          c[i] += static_cast<std::uint32_t>(NumberAt(p, i));
+  ForEachDisplacedRun(
+      part,
+      [&](const ZUMRunPlace& place, ZUMLong* r, const InT* s, std::ptrdiff_t n) {
+        if (place.y == part.BeginY()) {
+          std::fill_n(c, reach, 0u);
+          for (std::ptrdiff_t dy = 0; dy < height; ++dy) {
+            const InT* const p = s + dy * line;
+            for (std::ptrdiff_t i = 0; i < reach; ++i) {
+              c[i] += static_cast<std::uint32_t>(NumberAt(p, i));
+            }
+          }
+        } else {
+          const InT* const in = s + (height - 1) * line;
+          const InT* const out = s - line;
+          for (std::ptrdiff_t i = 0; i < reach; ++i) {
+            c[i] += static_cast<std::uint32_t>(NumberAt(in, i)) -
+                    static_cast<std::uint32_t>(NumberAt(out, i));
+          }
         }
-      }
-    } else {
-      const InT* const in = s + box.end.y * line;
-      const InT* const out = s + (box.begin.y - std::ptrdiff_t{1}) * line;
-      for (std::ptrdiff_t i = 0; i < reach; ++i) {
-        c[i] += static_cast<std::uint32_t>(NumberAt(in, i)) -
-                static_cast<std::uint32_t>(NumberAt(out, i));
-      }
-    }
-    std::uint32_t sum = 0;
-    for (std::ptrdiff_t i = 0; i < width - 1; ++i) sum += c[i];
-    WriteRunningRow(static_cast<std::uint32_t*>(sweep.GetStart1()), c + width - 1, c - 1, n, sum);
-  }
+        std::uint32_t sum = 0;
+        for (std::ptrdiff_t i = 0; i < width - 1; ++i) sum += c[i];
+        WriteRunningRow(reinterpret_cast<std::uint32_t*>(r), c + width - 1, c - 1, n, sum);
+      },
+      result, source, MakeDistance(box));
 }
 
 // sums[K] += v for kFirst <= K < kLast. Constant indices, without which the sums would live in
@@ -103,8 +108,8 @@ template <std::size_t kStep, std::size_t N, class V, class Load>
   (std::make_index_sequence<kOpening>());
 }
 
-using Vector = VectorOf<double>::Type;
-constexpr std::ptrdiff_t kLanes = sizeof(Vector) / sizeof(double);
+using Doubles = Vector<double>;
+constexpr std::ptrdiff_t kLanes = VectorOf<double>::kLanes;
 
 // A real pixel is one number, a complex one two.
 template <class P>
@@ -121,9 +126,9 @@ std::ptrdiff_t SumAlongRow(double* r, const double* s, std::ptrdiff_t x, std::pt
   constexpr int kDistance = std::max<int>(kLanes / kStep, 1);
   if (length <= (N - 1) * kDistance) return x;
   for (; n - x >= N * kLanes; x += N * kLanes) {
-    Vector sums[N];
+    Doubles sums[N];
     SumWindows<kDistance>(sums, length,
-                          [&](std::ptrdiff_t j) { return LoadVector<Vector>(s + x + j * kStep); });
+                          [&](std::ptrdiff_t j) { return LoadVector<Doubles>(s + x + j * kStep); });
     for (int k = 0; k < N; ++k) StoreVector(r + x + k * kLanes, sums[k]);
   }
   return x;
@@ -135,8 +140,8 @@ std::ptrdiff_t SumAcrossRows(double* const* r, const double* const* rows, std::p
                              std::ptrdiff_t length) {
   std::ptrdiff_t x = 0;
   for (; n - x >= kLanes; x += kLanes) {
-    Vector sums[N];
-    SumWindows<1>(sums, length, [&](std::ptrdiff_t j) { return LoadVector<Vector>(rows[j] + x); });
+    Doubles sums[N];
+    SumWindows<1>(sums, length, [&](std::ptrdiff_t j) { return LoadVector<Doubles>(rows[j] + x); });
     for (int k = 0; k < N; ++k) StoreVector(r[k] + x, sums[k]);
   }
   return x;
@@ -189,8 +194,7 @@ class WindowSums {
 template <class P>
 void WriteOrderedSums(const ZUMRoDRef& part, const ZUMImage<P>& result, const ZUMImage<P>& source,
                       const ZUMRect& box) {
-  const std::ptrdiff_t width = box.end.x - box.begin.x + std::ptrdiff_t{1};
-  const std::ptrdiff_t height = box.end.y - box.begin.y + std::ptrdiff_t{1};
+  const std::ptrdiff_t width = SizeOf(box, kX), height = SizeOf(box, kY);
   const std::ptrdiff_t line = source.GetLineSz() * kNumbers<P>;
   const std::ptrdiff_t group = height >= kGroup ? kGroup : 1, slots = height + group - 1;
   WindowSums windows(std::max(width, height));
@@ -211,25 +215,24 @@ void WriteOrderedSums(const ZUMRoDRef& part, const ZUMImage<P>& result, const ZU
     };
     double* results[kGroup];
     std::ptrdiff_t count = 0;
-    for (ZUMGenericSweepCoords<2> sweep(strip, result, source); sweep.GetStart1(); sweep.Next()) {
-      double* const r = static_cast<double*>(sweep.GetStart1());
-      const double* const s =
-          static_cast<const double*>(sweep.GetStart2()) + box.begin.x * kNumbers<P>;
-      if (height == 1) {
-        windows.AlongRow<kNumbers<P>>(r, s + box.begin.y * line, n, width);
-        continue;
-      }
-      if (sweep.GetY() == strip.BeginY()) {
-        rows.clear();
-        for (std::ptrdiff_t dy = box.begin.y; dy < box.end.y; ++dy) make(s + dy * line);
-      }
-      make(s + box.end.y * line);
-      results[count++] = r;
-      if (count < group && sweep.GetY() != strip.EndY()) continue;
-      windows.AcrossRows(results, rows.data(), count, n, height);
-      rows.erase(rows.begin(), rows.begin() + count);
-      count = 0;
-    }
+    ForEachDisplacedRun(
+        strip,
+        [&](const ZUMRunPlace& place, P* to, const P* from, std::ptrdiff_t) {
+          double* const r = reinterpret_cast<double*>(to);
+          const double* const s = reinterpret_cast<const double*>(from);
+          if (height == 1) return windows.AlongRow<kNumbers<P>>(r, s, n, width);
+          if (place.y == strip.BeginY()) {
+            rows.clear();
+            for (std::ptrdiff_t dy = 0; dy < height - 1; ++dy) make(s + dy * line);
+          }
+          make(s + (height - 1) * line);
+          results[count++] = r;
+          if (count < group && place.y != strip.EndY()) return;
+          windows.AcrossRows(results, rows.data(), count, n, height);
+          rows.erase(rows.begin(), rows.begin() + count);
+          count = 0;
+        },
+        result, source, MakeDistance(box));
   });
 }
 

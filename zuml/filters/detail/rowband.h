@@ -10,7 +10,7 @@
 #include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumimage.h"
-#include "zuml/core/zumsweep.h"
+#include "zuml/filters/detail/weightedsum.h"
 
 namespace zuml_detail {
 
@@ -136,37 +136,38 @@ void WidenRow(S* to, const InT* from, std::ptrdiff_t n) {
 }
 
 /// Goes over the region in strips. For each line it calls row(r, pointers, n): the results from r
-/// on, and for each offset the source's pixels as type S.
-template <class S, class OutT, class InT, class Row>
+/// on, and for each offset of the terms the source's pixels as type S.
+template <class S, class OutT, class InT, class W, class Row>
 void ForEachRowOfTerms(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
-                       const ZUMImage<InT>& source, const std::vector<long long>& offsets,
-                       const Row& row) {
+                       const ZUMImage<InT>& source, const Terms<W>& terms, const Row& row) {
+  const std::vector<long long>& offsets = terms.offsets;
   constexpr bool kDirect = sizeof(S) == sizeof(InT) && !std::is_same_v<InT, bool> &&
                            std::is_integral_v<S> == std::is_integral_v<InT>;
   std::vector<const S*> pointers(offsets.size());
-  ForEachStrip(
-      part, CountLines(offsets, source.GetLineSz()), sizeof(S), [&](const ZUMRoDRef& strip) {
-        const auto run = [&](const auto& place) {
-          for (ZUMGenericSweep<2> sweep(strip, result, source); sweep.GetStart1(); sweep.Next()) {
-            OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-            const std::ptrdiff_t n = static_cast<OutT*>(sweep.GetEnd1()) - r + 1;
-            place(static_cast<const InT*>(sweep.GetStart2()), n);
-            row(r, pointers.data(), n);
-          }
-        };
-        if constexpr (kDirect) {
-          run([&](const InT* s, std::ptrdiff_t) {
-            for (std::size_t k = 0; k < offsets.size(); ++k) {
-              pointers[k] = reinterpret_cast<const S*>(s + offsets[k]);
-            }
-          });
-        } else {
-          RowBand<S> band(offsets, source.GetLineSz(), strip.RoDXSz());
-          run([&](const InT* s, std::ptrdiff_t n) {
-            band.MoveTo(s, n, pointers.data(), WidenRow<S, InT>);
-          });
-        }
-      });
+  ForEachStrip(part, CountLines(offsets, source.GetLineSz()), sizeof(S),
+               [&](const ZUMRoDRef& strip) {
+                 const auto run = [&](const auto& point) {
+                   ForEachDisplacedRun(
+                       strip,
+                       [&](const ZUMRunPlace&, OutT* r, const InT* s, std::ptrdiff_t n) {
+                         point(s, n);
+                         row(r, pointers.data(), n);
+                       },
+                       result, source, terms.distance);
+                 };
+                 if constexpr (kDirect) {
+                   run([&](const InT* s, std::ptrdiff_t) {
+                     for (std::size_t k = 0; k < offsets.size(); ++k) {
+                       pointers[k] = reinterpret_cast<const S*>(s + offsets[k]);
+                     }
+                   });
+                 } else {
+                   RowBand<S> band(offsets, source.GetLineSz(), strip.RoDXSz());
+                   run([&](const InT* s, std::ptrdiff_t n) {
+                     band.MoveTo(s, n, pointers.data(), WidenRow<S, InT>);
+                   });
+                 }
+               });
 }
 
 }  // namespace zuml_detail

@@ -2,39 +2,41 @@
 
 #include <immintrin.h>
 
+#include <cstring>
+
 namespace zuml_detail {
 namespace {
 
 #ifdef __AVX2__
-using Vector = __m256i;
-inline Vector Load(const void* p) { return _mm256_loadu_si256(static_cast<const Vector*>(p)); }
-inline void Store(void* p, Vector v) { _mm256_storeu_si256(static_cast<Vector*>(p), v); }
-inline Vector Add(Vector a, Vector b) { return _mm256_add_epi32(a, b); }
-inline Vector MultiplyAdd(Vector a, Vector b) { return _mm256_madd_epi16(a, b); }
-inline Vector Low(Vector a, Vector b) { return _mm256_unpacklo_epi16(a, b); }
-inline Vector High(Vector a, Vector b) { return _mm256_unpackhi_epi16(a, b); }
-inline Vector Splat(std::int32_t v) { return _mm256_set1_epi32(v); }
+using Register = __m256i;
+inline Register Load(const void* p) { return _mm256_loadu_si256(static_cast<const Register*>(p)); }
+inline void Store(void* p, Register v) { _mm256_storeu_si256(static_cast<Register*>(p), v); }
+inline Register Add(Register a, Register b) { return _mm256_add_epi32(a, b); }
+inline Register MultiplyAdd(Register a, Register b) { return _mm256_madd_epi16(a, b); }
+inline Register Low(Register a, Register b) { return _mm256_unpacklo_epi16(a, b); }
+inline Register High(Register a, Register b) { return _mm256_unpackhi_epi16(a, b); }
+inline Register Splat(std::int32_t v) { return _mm256_set1_epi32(v); }
 // Interleaving works in halves of 128 bits, so that the sums lie 0-3 8-11, 4-7 12-15.
-inline void StoreSums(std::uint32_t* r, Vector low, Vector high) {
+inline void StoreSums(std::uint32_t* r, Register low, Register high) {
   Store(r, _mm256_permute2x128_si256(low, high, 0x20));
   Store(r + 8, _mm256_permute2x128_si256(low, high, 0x31));
 }
 #else
-using Vector = __m128i;
-inline Vector Load(const void* p) { return _mm_loadu_si128(static_cast<const Vector*>(p)); }
-inline void Store(void* p, Vector v) { _mm_storeu_si128(static_cast<Vector*>(p), v); }
-inline Vector Add(Vector a, Vector b) { return _mm_add_epi32(a, b); }
-inline Vector MultiplyAdd(Vector a, Vector b) { return _mm_madd_epi16(a, b); }
-inline Vector Low(Vector a, Vector b) { return _mm_unpacklo_epi16(a, b); }
-inline Vector High(Vector a, Vector b) { return _mm_unpackhi_epi16(a, b); }
-inline Vector Splat(std::int32_t v) { return _mm_set1_epi32(v); }
-inline void StoreSums(std::uint32_t* r, Vector low, Vector high) {
+using Register = __m128i;
+inline Register Load(const void* p) { return _mm_loadu_si128(static_cast<const Register*>(p)); }
+inline void Store(void* p, Register v) { _mm_storeu_si128(static_cast<Register*>(p), v); }
+inline Register Add(Register a, Register b) { return _mm_add_epi32(a, b); }
+inline Register MultiplyAdd(Register a, Register b) { return _mm_madd_epi16(a, b); }
+inline Register Low(Register a, Register b) { return _mm_unpacklo_epi16(a, b); }
+inline Register High(Register a, Register b) { return _mm_unpackhi_epi16(a, b); }
+inline Register Splat(std::int32_t v) { return _mm_set1_epi32(v); }
+inline void StoreSums(std::uint32_t* r, Register low, Register high) {
   Store(r, low);
   Store(r + 4, high);
 }
 #endif
 
-constexpr std::ptrdiff_t kLanes = sizeof(Vector) / sizeof(std::int16_t);
+constexpr std::ptrdiff_t kLanes = sizeof(Register) / sizeof(std::int16_t);
 
 inline std::int32_t PairOf(const std::int16_t* weights) {
   std::int32_t pair;
@@ -48,14 +50,14 @@ template <int N>
                                               const std::int16_t* weights, std::size_t count,
                                               std::ptrdiff_t x) {
   [&]<std::size_t... K>(std::index_sequence<K...>) {
-    Vector low[N], high[N];
+    Register low[N], high[N];
     ((low[K] = high[K] = Splat(0)), ...);
     for (std::size_t k = 0; k < count; k += 2) {
-      const Vector w = Splat(PairOf(weights + k));
+      const Register w = Splat(PairOf(weights + k));
       const std::int16_t* p = pixels[k] + x;
       const std::int16_t* q = pixels[k + 1] + x;
-      const auto add = [&](Vector& l, Vector& h, std::ptrdiff_t i) {
-        const Vector a = Load(p + i), b = Load(q + i);
+      const auto add = [&](Register& l, Register& h, std::ptrdiff_t i) {
+        const Register a = Load(p + i), b = Load(q + i);
         l = Add(l, MultiplyAdd(Low(a, b), w));
         h = Add(h, MultiplyAdd(High(a, b), w));
       };

@@ -1,8 +1,10 @@
 #include "zuml/filters/detail/slidingsum.h"
 
+#include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
-#include "zuml/core/zumsweep.h"
+#include "zuml/core/foreachrun.h"
 
 namespace zuml_detail {
 namespace {
@@ -46,16 +48,20 @@ void SlideIntegers(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
   column.end.x = column.begin.x;
   WriteWeightedSums(ZUMRoDRef(column), result, source, all);
   if (box.begin.x == box.end.x) return;
-  // What belongs to pixel x + 1 is computed at x, in an image that is the result moved by one.
-  others.end.x -= 1;
-  ZUMImage<ZUMLong> moved = result;
-  moved.SubMP(ZUMBasePoint<int>(1, 0, 0, 0));
-  WriteWeightedSums(ZUMRoDRef(others), moved, source, changes);
-  for (ZUMGenericSweep<1> sweep(part, result); sweep.GetStart1(); sweep.Next()) {
-    auto* r = static_cast<std::uint32_t*>(sweep.GetStart1());
-    auto* const end = static_cast<std::uint32_t*>(sweep.GetEnd1());
-    for (std::uint32_t sum = 0; r <= end; ++r) *r = sum += *r;
-  }
+  // What changes from one pixel to the next counts from the one before.
+  others.begin.x += 1;
+  Terms<ZUMLong> from_before = changes;
+  from_before.distance.x -= 1;
+  WriteWeightedSums(ZUMRoDRef(others), result, source, from_before);
+  ZUMForEachRun(
+      part,
+      [](ZUMLong* r, std::ptrdiff_t n) {
+        std::uint32_t sum = 0;
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          r[i] = static_cast<ZUMLong>(sum += static_cast<std::uint32_t>(r[i]));
+        }
+      },
+      result);
 }
 
 }  // namespace
@@ -71,15 +77,18 @@ void WriteSlidingSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
     const InT* s[kRows];
     int rows = 0;
     std::ptrdiff_t n = 0;
-    for (ZUMGenericSweep<2> sweep(part, result, source); sweep.GetStart1(); sweep.Next()) {
-      r[rows] = static_cast<OutT*>(sweep.GetStart1());
-      s[rows] = static_cast<const InT*>(sweep.GetStart2());
-      n = static_cast<OutT*>(sweep.GetEnd1()) - r[rows] + 1;
-      if (++rows == kRows) {
-        SlideRows<kRows>(r, s, n, all, changes);
-        rows = 0;
-      }
-    }
+    ForEachDisplacedRun(
+        part,
+        [&](const ZUMRunPlace&, OutT* to, const InT* from, std::ptrdiff_t length) {
+          r[rows] = to;
+          s[rows] = from;
+          n = length;
+          if (++rows == kRows) {
+            SlideRows<kRows>(r, s, n, all, changes);
+            rows = 0;
+          }
+        },
+        result, source, all.distance);
     for (int j = 0; j < rows; ++j) SlideRows<1>(r + j, s + j, n, all, changes);
   }
 }

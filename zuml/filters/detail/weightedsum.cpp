@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <limits>
 
-#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/filters/detail/rowband.h"
 #include "zuml/filters/detail/rowsum.h"
@@ -45,7 +44,7 @@ void WriteSums16(const ZUMRoDRef& part, const ZUMImage<ZUMLong>& result,
   if (terms.offsets.size() % 2 != 0) terms.Add(terms.offsets.back(), 0);
   const std::vector<std::int16_t> weights(terms.weights.begin(), terms.weights.end());
   ForEachRowOfTerms<std::int16_t>(
-      part, result, source, terms.offsets,
+      part, result, source, terms,
       [&](ZUMLong* r, const std::int16_t* const* pixels, std::ptrdiff_t n) {
         SumRow16(reinterpret_cast<std::uint32_t*>(r), pixels, weights.data(), weights.size(), n);
       });
@@ -70,32 +69,31 @@ template <class OutT, class InT>
 void WriteRoundedSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
                       const ZUMImage<InT>& source, const Terms<OutT>& terms, bool onto) {
   const std::vector<InT> weights(terms.weights.begin(), terms.weights.end());
-  ForEachRowOfTerms<InT>(part, result, source, terms.offsets,
-                         [&](OutT* r, const InT* const* pixels, std::ptrdiff_t n) {
-                           constexpr std::ptrdiff_t kBlock = 64;
-                           for (std::ptrdiff_t x = 0; x < n; x += kBlock) {
-                             const std::ptrdiff_t count = std::min(kBlock, n - x);
-                             OutT sums[kBlock];
-                             const auto add = [&](std::size_t k, const auto& to) {
-                               const InT* p = pixels[k] + x;
-                               const InT w = weights[k];
-                               for (std::ptrdiff_t i = 0; i < count; ++i) {
-                                 to(sums[i], ZUMTruncate<OutT>(static_cast<double>(w * p[i])));
-                               }
-                             };
-                             std::size_t k = 0;
-                             if (onto) {
-                               std::copy_n(r + x, count, sums);
-                             } else {
-                               add(k++, [](OutT& sum, OutT product) { sum = product; });
-                             }
-                             for (; k < weights.size(); ++k) {
-                               add(k,
-                                   [](OutT& sum, OutT product) { sum = ZUMWrapAdd(sum, product); });
-                             }
-                             std::copy_n(sums, count, r + x);
-                           }
-                         });
+  ForEachRowOfTerms<InT>(
+      part, result, source, terms, [&](OutT* r, const InT* const* pixels, std::ptrdiff_t n) {
+        constexpr std::ptrdiff_t kBlock = 64;
+        for (std::ptrdiff_t x = 0; x < n; x += kBlock) {
+          const std::ptrdiff_t count = std::min(kBlock, n - x);
+          OutT sums[kBlock];
+          const auto add = [&](std::size_t k, const auto& to) {
+            const InT* p = pixels[k] + x;
+            const InT w = weights[k];
+            for (std::ptrdiff_t i = 0; i < count; ++i) {
+              to(sums[i], ZUMTruncate<OutT>(static_cast<double>(w * p[i])));
+            }
+          };
+          std::size_t k = 0;
+          if (onto) {
+            std::copy_n(r + x, count, sums);
+          } else {
+            add(k++, [](OutT& sum, OutT product) { sum = product; });
+          }
+          for (; k < weights.size(); ++k) {
+            add(k, [](OutT& sum, OutT product) { sum = ZUMWrapAdd(sum, product); });
+          }
+          std::copy_n(sums, count, r + x);
+        }
+      });
 }
 
 }  // namespace
@@ -119,7 +117,7 @@ void WriteWeightedSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result,
     const std::vector<T> weights(terms.weights.begin(), terms.weights.end());
     std::vector<const T*> scratch(weights.size());
     using S = std::conditional_t<std::is_same_v<OutT, ZUMComplex>, ZUMComplex, T>;
-    ForEachRowOfTerms<S>(part, result, source, terms.offsets,
+    ForEachRowOfTerms<S>(part, result, source, terms,
                          [&](OutT* r, const S* const* pixels, std::ptrdiff_t n) {
                            SumRow<T>(reinterpret_cast<T*>(r),
                                      {NumbersOf(pixels, scratch), weights.data(), weights.size()},
@@ -157,6 +155,8 @@ void RunSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result, const ZU
   std::vector<const T*> pointers1(weights1.size());
   std::vector<const T*> pointers2(weights2.size());
   const long long line = source.GetLineSz();
+  const Distance &d = first.distance, &e = second.distance;
+  const Distance distance(d.x + e.x, d.y + e.y, d.z + e.z, d.t + e.t);
 
   ForEachStrip(part, CountLines(second.offsets, line), sizeof(T), [&](const ZUMRoDRef& strip) {
     RowBand<T> band(second.offsets, line, strip.RoDXSz());
@@ -175,16 +175,17 @@ void RunSumsOfSums(const ZUMRoDRef& part, const ZUMImage<OutT>& result, const ZU
       }
       SumRow<T>(to, {pointers1.data(), weights1.data(), weights1.size()}, n, false);
     };
-    for (ZUMGenericSweep<2> sweep(strip, result, source); sweep.GetStart1(); sweep.Next()) {
-      OutT* const r = static_cast<OutT*>(sweep.GetStart1());
-      const std::ptrdiff_t n = static_cast<OutT*>(sweep.GetEnd1()) - r + 1;
-      band.MoveTo(static_cast<const InT*>(sweep.GetStart2()), n, pointers2.data(), fill);
-      T* const sums = kConvert ? row.get() : reinterpret_cast<T*>(r);
-      SumRow<T>(sums, {pointers2.data(), weights2.data(), weights2.size()}, n, false);
-      if constexpr (kConvert) {
-        for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = static_cast<OutT>(sums[i]);
-      }
-    }
+    ForEachDisplacedRun(
+        strip,
+        [&](const ZUMRunPlace&, OutT* r, const InT* s, std::ptrdiff_t n) {
+          band.MoveTo(s, n, pointers2.data(), fill);
+          T* const sums = kConvert ? row.get() : reinterpret_cast<T*>(r);
+          SumRow<T>(sums, {pointers2.data(), weights2.data(), weights2.size()}, n, false);
+          if constexpr (kConvert) {
+            for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = static_cast<OutT>(sums[i]);
+          }
+        },
+        result, source, distance);
   });
 }
 

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "zuml/core/zumimage.h"
+#include "zuml/filters/detail/displacedruns.h"
 
 namespace zuml_detail {
 
@@ -25,9 +26,11 @@ namespace zuml_detail {
 template <class OutT>
 using WeightOf = std::conditional_t<std::is_same_v<OutT, ZUMComplex>, ZUMReal, OutT>;
 
-/// Offsets in the source's raster, each with its weight.
+/// Offsets in the source's raster, each with its weight. They count from the source's pixel at the
+/// distance from a result's.
 template <class W>
 struct Terms {
+  Distance distance;
   std::vector<long long> offsets;
   std::vector<W> weights;
 
