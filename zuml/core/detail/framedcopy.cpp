@@ -14,7 +14,7 @@ namespace {
 
 bool HasTruePixel(const ZUMImage<ZUMBool>& image) {
   const auto is_false = [](const ZUMBool* pixels, std::ptrdiff_t n) {
-    const ZUMByte* bytes = StoredPixels(pixels);
+    const ZUMByte* const bytes = StoredPixels(pixels);
     return std::all_of(bytes, bytes + n, [](ZUMByte byte) { return byte == 0; });
   };
   return !ZUMForEachRunWhile(image, is_false, image);
