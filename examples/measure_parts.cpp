@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
 
     // Tables: one pixel for each label along X.
     const ZUMImage<ZUMLong> area = ZUMRegionArea(labels);
-    const ZUMImage<ZUMReal> centre = ZUMRegionGravityCenter(labels);
+    const ZUMImage<ZUMReal> centre = ZUMRegionGravityCenterWide(labels);
     const ZUMImage<ZUMReal> circularity = ZUMRegionCircularity(labels);
     std::cout << "threshold " << int(threshold) << ", " << area.NPixels() << " parts\n";
     for (int label = area.BeginX(); label <= area.EndX(); ++label) {

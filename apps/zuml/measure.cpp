@@ -80,10 +80,21 @@ ZUMImage<ZUMBool> Clean(const ZUMImage<ZUMBool>& mask, int open, int close) {
   return result;
 }
 
+// The labels of the parts with such areas, numbered anew; 0 in the others.
+ZUMImage<ZUMLong> KeepByArea(const ZUMImage<ZUMLong>& labels, int min_area, int max_area) {
+  const ZUMImage<ZUMLong> areas = ZUMRegionArea(labels);
+  const ZUMImage<ZUMLong> numbers(areas, 1, 0);
+  int kept = 0;
+  for (int l = areas.BeginX(); l <= areas.EndX(); ++l) {
+    if (areas(l) >= min_area && areas(l) <= max_area) numbers(l) = ++kept;
+  }
+  return kept == areas.RoDXSz() ? labels : ZUMLut(labels, numbers, 0);
+}
+
 std::vector<Part> MeasureParts(const ZUMImage<ZUMLong>& labels) {
   const ZUMImage<ZUMLong> measures = ZUMRegionMeasures2D(labels);
   if (measures.EmptyP()) return {};
-  const ZUMImage<ZUMReal> centres = ZUMRegionGravityCenter(labels);
+  const ZUMImage<ZUMReal> centres = ZUMRegionGravityCenterWide(labels);
   const ZUMImage<ZUMReal> circularity = ZUMRegionCircularity(labels);
   const ZUMImage<ZUMReal> elongation = ZUMRegionElongation(labels);
   const ZUMImage<ZUMReal> feret = ZUMRegionFeretDiameters(labels, kDirections);
@@ -180,9 +191,8 @@ void Measure(const MeasureOptions& options) {
   const ZUMImage<ZUMBool>& connectivity = eight ? ZUMCon8 : ZUMCon4;
   // What surrounds parts that join across corners does not.
   if (options.fill) mask = ZUMFillRegion(mask, eight ? ZUMCon4 : ZUMCon8);
-  // No part has fewer pixels than one; the background counts as none.
-  mask = ZUMAreaFilter(mask, std::max(options.min_area, 1), options.max_area, connectivity);
-  const ZUMImage<ZUMLong> labels = ZUMRegionLabel(mask, connectivity);
+  const ZUMImage<ZUMLong> labels =
+      KeepByArea(ZUMRegionLabel(mask, connectivity), options.min_area, options.max_area);
 
   progress.Step("measuring parts");
   const std::vector<Part> parts = MeasureParts(labels);

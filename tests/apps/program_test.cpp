@@ -95,27 +95,35 @@ TEST_F(Program, MeasuresTheSampleAsItWasDrawn) {
 }
 
 TEST_F(Program, OptionsChooseWhatIsAPart) {
-  // A dark ring and two dark pixels that touch at a corner, on white; red only in the ring.
+  // A dark ring, two dark pixels that touch at a corner, and a small ring that is open across a
+  // corner, on white; the large ring is red.
   const ZUMImage<ZUMByte> image(ZUMRect(0, 0, 0, 0, 19, 9, 0, 0), 3, 250);
   image.Cut(ZUMRect(1, 1, 0, 0, 7, 7, 0, 0)).SetPixels(20);
   image.Cut(ZUMRect(3, 3, 0, 0, 5, 5, 0, 0)).SetPixels(250);
   image.Channel(0).Cut(ZUMRect(1, 1, 0, 0, 7, 7, 0, 0)).SetPixels(250);
   for (int c = 0; c < 3; ++c) image(12, 4, 0, 0, c) = image(13, 5, 0, 0, c) = 20;
+  const ZUMImage<ZUMByte> open_ring = image.Cut(ZUMRect(16, 6, 0, 0, 18, 8, 0, 0));
+  for (int c = 0; c < 3; ++c) {
+    open_ring.Channel(c).SetPixels(20);
+    open_ring(16, 6, 0, 0, c) = open_ring(17, 7, 0, 0, c) = 250;
+  }
   ZUMWritePNG(image, Path("ring.png").c_str());
   const struct {
     const char* options;
     const char* first_line;
     const char* largest;
   } cases[] = {
-      {"--dark --threshold 128", "2 parts", " 40  1,1 7x7"},
-      {"--dark --threshold 128 --fill", "2 parts", " 49  1,1 7x7"},
+      {"--dark --threshold 128", "3 parts", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --fill", "3 parts", " 49  1,1 7x7"},
+      {"--dark --threshold 128 --fill", "3 parts", " 8  16,6 3x3"},
+      {"--dark --threshold 128 --fill --connectivity 4", "4 parts", " 7  16,6 3x3"},
       {"--dark --threshold 128 --open 1", "0 parts", ""},
-      {"--dark --threshold 128 --close 1", "2 parts", " 40  1,1 7x7"},
-      {"--dark --threshold 128 --connectivity 4", "3 parts", " 40  1,1 7x7"},
-      {"--dark --threshold 128 --min-area 3", "1 part\n", " 40  1,1 7x7"},
-      {"--dark --channel 0", "1 part\n", " 2  12,4 2x2"},
+      {"--dark --threshold 128 --close 1", "3 parts", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --connectivity 4", "4 parts", " 40  1,1 7x7"},
+      {"--dark --threshold 128 --min-area 3 --max-area 7", "1 part\n", "     1        7  16,6 3x3"},
+      {"--dark --channel 0 --max-area 6", "1 part\n", " 2  12,4 2x2"},
       {"--dark --threshold 128 --connectivity 4 --min-area 0 --max-area 1", "2 parts", " 1x1"},
-      {"--threshold min-variance --channel 1", "2 parts", " 149  0,0 20x10"},
+      {"--threshold min-variance --channel 1", "2 parts", " 142  0,0 20x10"},
       {"--threshold 251", "0 parts", ""},
   };
   for (const auto& c : cases) {
@@ -124,6 +132,16 @@ TEST_F(Program, OptionsChooseWhatIsAPart) {
     EXPECT_NE(run.out.find(c.first_line), std::string::npos) << c.options << "\n" << run.out;
     EXPECT_NE(run.out.find(c.largest), std::string::npos) << c.options << "\n" << run.out;
   }
+}
+
+// The sums of its coordinates pass 32 bits.
+TEST_F(Program, MeasuresLargeParts) {
+  const ZUMImage<ZUMByte> image(ZUMRect(0, 0, 0, 0, 2447, 2047, 0, 0), 1, 10);
+  image.Cut(ZUMRect(800, 400, 0, 0, 2299, 1899, 0, 0)).SetPixels(200);
+  ZUMWriteZMG(image, Path("large.zmg").c_str(), false);
+  const Outcome run = Zuml("measure large.zmg");
+  EXPECT_NE(run.out.find("2250000  800,400 1500x1500      1549.5,1149.5 "), std::string::npos)
+      << run.out;
 }
 
 TEST_F(Program, TellsWhatIsWrongAndWhatWouldBeRight) {

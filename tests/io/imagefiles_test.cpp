@@ -1,6 +1,11 @@
 // What holds for the files of every format.
 
+#include <sys/stat.h>
+
+#include <thread>
+
 #include "tests/io/filetest.h"
+#include "zuml/geometry/gridmoves.h"
 #include "zuml/io/eps.h"
 #include "zuml/io/jpeg.h"
 #include "zuml/io/readimage.h"
@@ -83,7 +88,16 @@ TEST_F(ImageFiles, PixelsComeBackFromEveryLayout) {
       ForEachPoint(image, tolerance == 0 ? 0 : channels, [&](int x, int y, int z, int t, int c) {
         image(x, y, z, t, c) = static_cast<ZUMByte>(60 * c + (x + y) / 11 + 20);
       });
-      Written(format, image);
+      const std::string written = Written(format, image);
+      if (layout == Layout::kCut && format.name != "ZMG") {
+        // The coordinates do not matter, where they end neither.
+        constexpr int kMost = std::numeric_limits<int>::max();
+        const Image at_0 = ZUMTranslate(image, -image.BeginX(), -image.BeginY(), 0, 0);
+        const Image high = ZUMTranslate(at_0, kMost - at_0.EndX(), kMost - at_0.EndY(), 0, 0);
+        EXPECT_TRUE(Written(format, high) == written) << format.name;
+        const Image low = ZUMTranslate(at_0, -kMost - 1, -kMost - 1, 0, 0);
+        EXPECT_TRUE(Written(format, low) == written) << format.name;
+      }
       if (!format.read) continue;
       const Image read = format.read(Path().c_str());
       const Image expected = format.name == "ZMG" ? image : AtOrigin(image);
@@ -204,6 +218,22 @@ TEST_F(ImageFiles, DamagedFilesAreReadOrRefused) {
       EXPECT_TRUE(format.name != "PNG" || message == "error \"" + Path() + "\" not found") << n;
     }
     ForEachCorruption(whole, whole.size(), read);
+  }
+}
+
+// A pipe tells no length, so that a picture cannot be too large for it. TIFF files are positioned.
+TEST_F(ImageFiles, LargePicturesComeThroughPipes) {
+  const Image image(PictureBox(8200, 8200), 1, 77);
+  ASSERT_EQ(mkfifo(Path("pipe").c_str(), 0600), 0);
+  for (const Format& format : kFormats) {
+    if (!format.read || format.name == "text" || format.name == "TIFF") continue;
+    const std::string file = Written(format, image);
+    std::thread writer([&] { std::ofstream(Path("pipe"), std::ios::binary) << file; });
+    Image read;
+    EXPECT_EQ(MessageOf([&] { read = format.read(Path("pipe").c_str()); }), "") << format.name;
+    writer.join();
+    EXPECT_TRUE(read.GetRasterSz() == image.GetRasterSz() &&
+                std::memcmp(read.GetData(), image.GetData(), 8200 * 8200) == 0);
   }
 }
 

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "tests/support/testimages.h"
+#include "zuml/geometry/gridmoves.h"
 
 namespace {
 
@@ -47,6 +48,10 @@ TEST(ZMG, FilesAreLaidOutAsDocumented) {
   EXPECT_EQ(
       Written(view, false),
       Header({1, 2, 3, 4, 2, 4, 3, 5, 2, 1, 2, 3, 4, 0, 2, 2, 3, 1, 2, 2}) + Block(ZUMCopy(view)));
+  // Margins before the least coordinate have the greatest ones.
+  constexpr int kLeast = std::numeric_limits<int>::min();
+  const auto low = ZUMTranslate(ZUMTranslate(view, -1, -2, 0, 0), kLeast, kLeast, 0, 0);
+  EXPECT_TRUE(SameImage(ZUMImage<ZUMShort>(Read(Written(low, true))), low));
 }
 
 // Several images in one stream, of all layouts and in both forms, and one without pixels.

@@ -1,15 +1,21 @@
 #include "zuml/regions/labelling.h"
 
 #include <gtest/gtest.h>
+#include <sys/mman.h>
 
 #include <algorithm>
 #include <functional>
 #include <limits>
 #include <map>
+#include <utility>
 
 #include "tests/regions/labelpictures.h"
+#include "zuml/algebra/comparison.h"
+#include "zuml/core/detail/axes.h"
 #include "zuml/regions/areafilters.h"
 #include "zuml/regions/filling.h"
+#include "zuml/regions/neighbours.h"
+#include "zuml/regions/zones.h"
 
 namespace {
 
@@ -98,6 +104,50 @@ TEST(RegionLabel, ReadsAnyByteButZeroAsTrue) {
   for (const ZUMImage<ZUMBool>& con : {ZUMCon4, ZUMCon8, wide}) {
     EXPECT_TRUE(SameImage(ZUMRegionLabel(image, con), LabelByPlace(plain, con)));
   }
+}
+
+// Steps that lead out of the image from everywhere change nothing and take no memory. The
+// connectivity's memory is address space alone: pages that nobody writes read as 0.
+TEST(Connectivity, MayBeLargerThanTheImage) {
+  constexpr int kMost = std::numeric_limits<int>::max();
+  Random random(7);
+  void* const memory = mmap(nullptr, kMost, PROT_READ | PROT_WRITE,
+                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+  ASSERT_NE(memory, MAP_FAILED);
+  const auto labels = MakeRandomImage<ZUMLong>(random, {-2, 1, 0, 3, 5, 7, 3, 6}, 1, Layout::kCut);
+  ForEachPoint(labels, 1, [&](auto... at) { labels(at...) = random.Int(0, 2); });
+  const ZUMImage<ZUMBool> image = labels > 0, centre(ZUMRect(), 1, true);
+  for (const zuml_detail::Axis axis : zuml_detail::kAxes) {
+    for (const auto& [low, high] : {std::pair{-1000, 1000},
+                                    {-1000000, 1000000},
+                                    {-1000000000, 1000000000},
+                                    {1 - kMost, 0},
+                                    {0, kMost - 1}}) {
+      ZUMRect box, near_box;
+      box.begin.*axis = low;
+      box.end.*axis = high;
+      near_box.begin.*axis = std::max(low, -2);
+      near_box.end.*axis = std::min(high, 2);
+      const ZUMImage<ZUMBool> wide(box, ZUMRaster(box, 1, ZUMBoolPixel, memory)),
+          near(near_box, 1, false);
+      for (const ZUMImage<ZUMBool>& con : {wide, near}) con(near_box.begin) = con(near_box.end) = 1;
+      wide(box.begin) = wide(box.end) = true;
+      EXPECT_TRUE(SameImage(ZUMRegionLabel(image, wide), LabelByPlace(image, near)));
+      EXPECT_TRUE(SameImage(ZUMRegionValueLabel(labels, wide), ZUMRegionValueLabel(labels, near)));
+      EXPECT_TRUE(SameImage(ZUMFillRegion(image, wide), ZUMFillRegion(image, near)));
+      EXPECT_TRUE(SameImage(ZUMRegionNeighbour(labels, wide), ZUMRegionNeighbour(labels, near)));
+      EXPECT_TRUE(
+          SameImage(ZUMRegionsOfInfluence(labels, wide), ZUMRegionsOfInfluence(labels, near)));
+      EXPECT_TRUE(SameImage(ZUMExtendRegionToMax(image, labels, wide),
+                            ZUMExtendRegionToMax(image, labels, near)));
+      wide(near_box.begin) = wide(near_box.end) = false;
+      if (low == -1000) {  // no step stays inside
+        EXPECT_TRUE(SameImage(ZUMRegionLabel(image, wide), LabelByPlace(image, centre)));
+      }
+      wide(box.begin) = wide(box.end) = false;
+    }
+  }
+  munmap(memory, kMost);
 }
 
 template <class P>

@@ -10,6 +10,7 @@
 #include "zuml/algebra/arithmetic.h"
 #include "zuml/algebra/comparison.h"
 #include "zuml/algebra/frames.h"
+#include "zuml/core/detail/axes.h"
 #include "zuml/morphology/boxmorphology.h"
 #include "zuml/regions/feret.h"
 #include "zuml/regions/labelcolor.h"
@@ -20,12 +21,11 @@
 namespace {
 
 using namespace zuml_test;
+using zuml_detail::kAxes;
 
 using Point = ZUMBasePoint<int>;
 using Pixels = std::vector<Point>;
 using Regions = std::map<ZUMLong, Pixels>;
-
-constexpr int Point::*kAxes[] = {&Point::x, &Point::y, &Point::z, &Point::t};
 
 // The pixels of each positive label, and empty lists for those in between.
 Regions Collect(const ZUMImage<ZUMLong>& labels) {
@@ -119,6 +119,8 @@ TEST(RegionTables, EqualMeasuresOfEachLabelsPixels) {
   using Table = ZUMImage<ZUMLong> (*)(const ZUMImage<ZUMLong>&);
   const Table sizes[] = {ZUMRegionSizeX, ZUMRegionSizeY, ZUMRegionSizeZ, ZUMRegionSizeT};
   const Table sums[] = {ZUMRegionSumX, ZUMRegionSumY, ZUMRegionSumZ, ZUMRegionSumT};
+  ZUMImage<ZUMReal> (*const wide_sums[])(const ZUMImage<ZUMLong>&) = {
+      ZUMRegionSumXWide, ZUMRegionSumYWide, ZUMRegionSumZWide, ZUMRegionSumTWide};
   Random random(1);
   for (int round = 0; round < 24; ++round) {
     const ZUMImage<ZUMLong> labels =
@@ -137,7 +139,8 @@ TEST(RegionTables, EqualMeasuresOfEachLabelsPixels) {
     const auto area = [](const Pixels& p) { return static_cast<double>(p.size()); };
     ExpectTable(ZUMRegionArea(labels), 0, 0, regions, 0, area);
     const ZUMImage<ZUMLong> in_plane = ZUMRegionMeasures2D(labels);
-    const ZUMImage<ZUMReal> centres = ZUMRegionGravityCenter(labels);
+    const ZUMImage<ZUMReal> centres = ZUMRegionGravityCenter(labels),
+                            wide_centres = ZUMRegionGravityCenterWide(labels);
     ExpectTable(in_plane, 0, 4, regions, 0, area);
     for (int axis = 0; axis < 4; ++axis) {
       const auto at = [axis](const Point& p) { return p.*kAxes[axis]; };
@@ -145,9 +148,11 @@ TEST(RegionTables, EqualMeasuresOfEachLabelsPixels) {
       const auto sum = [&](const Pixels& p) { return Sum(p, at); };
       ExpectTable(sizes[axis](labels), 0, 0, regions, 0,
                   [&](const Pixels& p) { return Greatest(p, 0, at) + Greatest(p, 0, minus); });
+      const auto centre = [&](const Pixels& p) { return p.empty() ? 0 : sum(p) / area(p); };
       ExpectTable(sums[axis](labels), 0, 0, regions, 0, sum);
-      ExpectTable(centres, 0, axis, regions, 0,
-                  [&](const Pixels& p) { return p.empty() ? 0 : sum(p) / area(p); });
+      ExpectTable(wide_sums[axis](labels), 0, 0, regions, 0, sum);
+      ExpectTable(centres, 0, axis, regions, 0, centre);
+      ExpectTable(wide_centres, 0, axis, regions, 0, centre);
       if (axis > 1) continue;
       ExpectTable(in_plane, 0, axis, regions, 0,
                   [&](const Pixels& p) { return -Greatest(p, minus(labels.End()), minus); });
@@ -197,27 +202,55 @@ TEST(RegionTables, AcceptNoPixels) {
   EXPECT_TRUE(ZUMRegionFeretDiameters(labels, -1).EmptyP());
 }
 
-TEST(RegionTables, SumsWrap) {
+TEST(RegionTables, SumsWrapUnlessWide) {
   const int x = 2000000000;
   const ZUMImage<ZUMLong> labels(ZUMRect(x, -x, 0, 0, x + 2, -x, 0, 0), 1, 4);
   EXPECT_EQ(ZUMRegionSumX(labels)(4), static_cast<ZUMLong>(6000000003LL - (1LL << 32)));
   EXPECT_EQ(ZUMRegionSumY(labels)(4), static_cast<ZUMLong>(-6000000000LL + (1LL << 32)));
   EXPECT_EQ(ZUMRegionMeasures2D(labels)(4, 0, 0, 0, 5), ZUMRegionSumX(labels)(4));
   EXPECT_EQ(ZUMRegionGravityCenter(labels)(4), (6000000003LL - (1LL << 32)) / 3.0);
+  EXPECT_EQ(ZUMRegionSumXWide(labels)(4), 6000000003.0);
+  EXPECT_EQ(ZUMRegionSumYWide(labels)(4), -6000000000.0);
+  EXPECT_EQ(ZUMRegionGravityCenterWide(labels)(4), x + 1);
 }
 
-TEST(GravityCenter, WeighsPixelsAndTruncates) {
+TEST(GravityCenter, WeighsPixels) {
   const ZUMRoDRef rod(-3, 5, 0, 0, 0, 5, 0, 0);
-  const auto centre = [&]<class P>(const P(&pixels)[4]) {
-    return ZUMGravityCenter(ZUMImage<P>(rod, 1, pixels));
+  const auto expect = [&]<class P>(const P(&pixels)[4], const Point& centre, double wide_x) {
+    const ZUMImage<P> image(rod, 1, pixels);
+    const ZUMBasePoint<double> wide = ZUMGravityCenterWide(image);
+    EXPECT_EQ(ZUMGravityCenter(image), centre);
+    EXPECT_DOUBLE_EQ(wide.x, wide_x);
+    EXPECT_EQ(wide.y, centre.y);
   };
-  EXPECT_EQ(centre({ZUMByte(200), ZUMByte(0), ZUMByte(0), ZUMByte(100)}), Point(-2, 5));
+  expect({ZUMByte(200), ZUMByte(0), ZUMByte(0), ZUMByte(100)}, {-2, 5}, -2);
   // Total -2, sum of x 3.
-  EXPECT_EQ(centre({ZUMShort(1), ZUMShort(-3), ZUMShort(0), ZUMShort(0)}), Point(-1, 5));
-  EXPECT_EQ(centre({0.5, 0.0, 0.0, 0.25}), Point(-2, 5));
-  EXPECT_EQ(centre({7, -7, 0, 0}), Point());
-  // Total -1, sum of x 5 - 2^31.
-  EXPECT_EQ(centre({INT32_MAX, INT32_MAX, 0, 1}), Point(INT32_MAX - 4, 5));
+  expect({ZUMShort(1), ZUMShort(-3), ZUMShort(0), ZUMShort(0)}, {-1, 5}, -1.5);
+  expect({0.5, 0.0, 0.0, 0.25}, {-2, 5}, -2);
+  expect({7, -7, 0, 0}, {}, 0);
+  // In 32 bits, total -1 and sum of x 5 - 2^31.
+  expect({INT32_MAX, INT32_MAX, 0, 1}, {INT32_MAX - 4, 5},
+         -3 + (INT32_MAX + 3.0) / (2.0 * INT32_MAX + 1));
+}
+
+// Lines longer than a stretch of the sums, far from the origin.
+TEST(GravityCenter, HoldsAtAnySizeIfWide) {
+  const int x = 1 << 30, y = -x;
+  const ZUMRect box(x, y, x, y, x + 99999, y + 10, x + 1, y + 2);
+  const ZUMBasePoint<double> centre(x + 49999.5, y + 5.0, x + 0.5, y + 1.0);
+  EXPECT_EQ(ZUMGravityCenterWide(ZUMImage<ZUMByte>(box, 1, 255)), centre);
+  EXPECT_EQ(ZUMGravityCenterWide(ZUMImage<ZUMBool>(box, 1, true)), centre);
+}
+
+// The box of no pixel lies behind the end, also where nothing does.
+TEST(RegionRectHull, EndsAtTheLastCoordinates) {
+  const ZUMImage<ZUMBool> image(ZUMRect(INT32_MAX, INT32_MIN, 0, 0, INT32_MAX, INT32_MIN, 0, 0), 1,
+                                false);
+  EXPECT_EQ(ZUMRegionRectHull(image),
+            ZUMRect(INT32_MAX, INT32_MIN + 1, 1, 1, INT32_MAX - 1, INT32_MIN, 0, 0));
+  image(INT32_MAX, INT32_MIN) = true;
+  EXPECT_EQ(ZUMRegionRectHull(image), image.Rect());
+  EXPECT_EQ(ZUMRegionWidth(image), 1);
 }
 
 TEST(LabelColor, WalksThroughThePaletteFromTheLeastLabel) {

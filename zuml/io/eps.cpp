@@ -1,7 +1,9 @@
 #include "zuml/io/eps.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -96,13 +98,18 @@ void WritePixels(const ZUMImage<ZUMByte>& image, std::FILE* file) {
   const int channels = image.GetCSz();
   std::vector<ZUMByte> row(static_cast<std::size_t>(image.GetLineSz() * channels), kPaper);
   const std::vector<ZUMByte> empty_row = row;
-  const std::int64_t before = std::int64_t{image.BeginX()} - image.GetMPX();
+  // The margins of the raster before the region. Coordinates of margins count modulo 2^32.
+  const auto margin = [](int begin, int raster_begin) {
+    return static_cast<std::uint32_t>(begin) - static_cast<std::uint32_t>(raster_begin);
+  };
+  const std::size_t left = margin(image.BeginX(), image.GetMPX());
+  const std::int64_t above = margin(image.BeginY(), image.GetMPY());
   for (int i = 0; i < image.GetYSz(); ++i) {
-    const int y = image.GetMPY() + i;
-    const bool in_region = y >= image.BeginY() && y <= image.EndY();
+    const bool in_region = i >= above && i < above + image.RoDYSz();
     if (in_region) {
-      zuml_detail::GatherRow(image, y, zuml_detail::ChannelOrder::kFirstToLast, kPaper,
-                             &row[static_cast<std::size_t>(before * channels)]);
+      zuml_detail::GatherRow(image, image.BeginY() + static_cast<int>(i - above),
+                             zuml_detail::ChannelOrder::kFirstToLast, kPaper,
+                             &row[left * static_cast<std::size_t>(channels)]);
     }
     const ZUMByte* values = in_region ? row.data() : empty_row.data();
     for (int x = 0; x < image.GetXSz(); ++x, values += channels) hex.AddPixel(values, channels);

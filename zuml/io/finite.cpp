@@ -1,9 +1,10 @@
 #include "zuml/io/finite.h"
 
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 
-#include "zuml/core/zumsweep.h"
+#include "zuml/core/foreachrun.h"
 
 namespace {
 
@@ -12,15 +13,15 @@ constexpr std::uint64_t kInfinity = std::uint64_t{0x7FF} << 52;
 
 template <class Test>
 bool HasPixel(const ZUMImage<ZUMReal>& image, Test test) {
-  for (ZUMGenericSweep1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    const auto* pixel = static_cast<const ZUMReal*>(sweep.GetStart1());
-    const auto* const last = static_cast<const ZUMReal*>(sweep.GetEnd1());
+  const auto misses = [test](const ZUMReal* pixels, std::ptrdiff_t n) {
     // No way out of the line, so that several pixels are tested at a time.
     bool hit = false;
-    for (; pixel <= last; ++pixel) hit |= test(std::bit_cast<std::uint64_t>(*pixel) << 1 >> 1);
-    if (hit) return true;
-  }
-  return false;
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      hit |= test(std::bit_cast<std::uint64_t>(pixels[i]) << 1 >> 1);
+    }
+    return !hit;
+  };
+  return !ZUMForEachRunWhile(image, misses, image);
 }
 
 }  // namespace

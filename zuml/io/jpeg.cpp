@@ -151,9 +151,10 @@ void ZUMWriteJPEG(const ZUMImage<ZUMByte>& image, const char* path, int quality)
   });
   const auto buffer =
       MakeZeroedScratch<ZUMByte>(std::size_t{codec.image_width} * static_cast<unsigned>(channels));
-  for (int y = image.BeginY(); y <= image.EndY(); ++y) {
+  for (int i = 0; i < image.RoDYSz(); ++i) {
     // The codec does not write to the rows that it takes.
-    JSAMPROW row = const_cast<JSAMPROW>(zuml_detail::PackRow(image, y, buffer.get()));
+    JSAMPROW row =
+        const_cast<JSAMPROW>(zuml_detail::PackRow(image, image.BeginY() + i, buffer.get()));
     state.Run([&] { jpeg_write_scanlines(&codec, &row, 1); });
   }
   state.Run([&] { jpeg_finish_compress(&codec); });

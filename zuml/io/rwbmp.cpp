@@ -1,6 +1,7 @@
 #include "zuml/io/rwbmp.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -163,7 +164,7 @@ class RowReader {
     const std::size_t delivered = zuml_detail::ReadOrClear(
         file_, band_.get(), static_cast<std::size_t>(in_band_ * buffered_step_));
     if (layout_.step != buffered_step_) {
-      fseeko(file_, static_cast<off_t>(layout_.step - buffered_step_), SEEK_CUR);
+      zuml_detail::SkipBytes(file_, layout_.step - buffered_step_);
     }
     return delivered > 0;
   }
@@ -247,7 +248,9 @@ ZUMImage<ZUMByte> ZUMReadBMP(const char* path) {
                                 nullptr);
   if (bytes == 0) return image;
 
-  if (fseeko(file.get(), h.offset, SEEK_SET) != 0) {
+  if (h.offset >= kHeaderBytes) {
+    zuml_detail::SkipBytes(file.get(), std::int64_t{h.offset} - kHeaderBytes);
+  } else if (fseeko(file.get(), h.offset, SEEK_SET) != 0) {
     throw XQException("error reading file \"%s\"", path);
   }
   RowReader rows(file.get(), GetRowLayout(h, height), height);

@@ -107,8 +107,8 @@ void ZUMWritePNG(const ZUMImage<ZUMByte>& image, const char* path) {
   });
   const auto buffer =
       MakeZeroedScratch<ZUMByte>(std::size_t{width} * static_cast<unsigned>(channels));
-  for (int y = image.BeginY(); y <= image.EndY(); ++y) {
-    const ZUMByte* row = zuml_detail::PackRow(image, y, buffer.get());
+  for (int i = 0; i < image.RoDYSz(); ++i) {
+    const ZUMByte* row = zuml_detail::PackRow(image, image.BeginY() + i, buffer.get());
     run([&] { png_write_row(png, row); });
   }
   run([&] { png_write_end(png, state.info); });

@@ -1,16 +1,18 @@
-// The writers, and the reader of pictures as they look. The reader of samples is in
-// tiffsamples.cpp.
-
 #include "zuml/io/tiff.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
+#include <mutex>
 
 #include "zuml/core/detail/boxes.h"
+#include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/io/detail/interleave.h"
 #include "zuml/io/detail/picturelimits.h"
 #include "zuml/io/detail/tifffile.h"
+#include "zuml/io/detail/tiffsamples.h"
 
 namespace {
 
@@ -98,6 +100,20 @@ class ChannelRows {
   zuml_detail::ScratchBlock<unsigned char> buffer_;
 };
 
+[[noreturn]] void ThrowTiffError(const char* module, const char* format, std::va_list arguments) {
+  char text[4608];
+  zuml_detail::FormatTiffError(text, sizeof text, module, format, arguments);
+  throw XQException("TIFF Error: %s", text);
+}
+
+// For calls of libtiff by the application: the files of this library have handlers of their own.
+void SetProcessHandlers() {
+  static std::mutex mutex;
+  const std::lock_guard lock(mutex);
+  TIFFSetErrorHandler(ThrowTiffError);
+  TIFFSetWarningHandler(nullptr);
+}
+
 }  // namespace
 
 void ZUMWriteByteTIFF(const ZUMImage<ZUMByte>& image, const char* path) {
@@ -182,4 +198,16 @@ void ZUMWriteTIFF(const ZUMGenericImage& image, const char* path) {
     }
   }
   Finish(file, path);
+}
+
+ZUMGenericImage ZUMReadTIFF(const char* path) {
+  SetProcessHandlers();
+  const TiffFile file(path, "rhm");
+  if (!file.get()) throw XQException("Error opening TIFF file %s", path);
+  try {
+    return zuml_detail::ReadSamples(file, path);
+  } catch (...) {
+    XQMessageBox("Excepcion");
+    throw;
+  }
 }

@@ -1,9 +1,15 @@
 #include "zuml/io/zmg.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <cstdint>
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <istream>
+#include <iterator>
+#include <limits>
+#include <ostream>
 #include <string>
 #include <typeinfo>
 #include <vector>
@@ -24,7 +30,7 @@ constexpr char kMagic[] = "ZUMLImage";
 constexpr char kRegionClass[] = "ZUMRoDRect";
 constexpr std::int32_t kVersion = 1;
 
-// Where a name still has no end here, it is none of ours.
+// A name without an end within so many characters is neither of the two.
 constexpr std::size_t kLongestName = 64;
 
 template <std::size_t N>
@@ -121,14 +127,14 @@ bool HasStoredPoints(const Header& h) {
          h.stored_channels >= 0;
 }
 
-// Coordinates have 32 bits, and so have the sizes made of them.
+// Sizes have 32 bits. Where a raster has margins around a region at the end of the coordinates, its
+// own coordinates go on at the other end.
 void RequireLimits(const Header& h, int pix_sz) {
   constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
   bool fits = true;
   for (int i = 0; i < 4; ++i) {
     const std::int64_t span = std::int64_t{h.region[i + 4]} - h.region[i] + 1;
     fits = fits && span >= -kMost && span <= kMost;
-    if (HasStoredPoints(h)) fits = fits && std::int64_t{h.origin[i]} + h.stored[i] - 1 <= kMost;
   }
   if (HasStoredPoints(h)) {
     fits = fits && GetBlockBytes({h.stored[0], h.stored[1], h.stored[2], h.stored[3],
@@ -150,8 +156,9 @@ void RequireInside(const Header& h, bool empty) {
   } else {
     inside = inside && HasStoredPoints(h) && last_channel <= h.stored_channels;
     for (int i = 0; i < 4; ++i) {
-      inside = inside && h.region[i] >= h.origin[i] &&
-               h.region[i + 4] <= std::int64_t{h.origin[i]} + h.stored[i] - 1;
+      const std::int64_t margin =
+          static_cast<std::uint32_t>(h.region[i]) - static_cast<std::uint32_t>(h.origin[i]);
+      inside = inside && margin + h.region[i + 4] - h.region[i] < h.stored[i];
     }
   }
   if (!inside) {
@@ -183,10 +190,9 @@ ZUMRaster ReadRaster(std::istream& stream, const Header& h, ZUMPixelType type) {
       GetBlockBytes({h.stored[0], h.stored[1], h.stored[2], h.stored[3], h.stored_channels,
                      ZUMSimpleRaster::PixelTypeToSz(type)});
   const std::vector<char> head = ReadHead(stream, bytes);
-  const ZUMRect box(h.origin[0], h.origin[1], h.origin[2], h.origin[3],
-                    h.origin[0] + (h.stored[0] - 1), h.origin[1] + (h.stored[1] - 1),
-                    h.origin[2] + (h.stored[2] - 1), h.origin[3] + (h.stored[3] - 1));
+  const ZUMRect box(0, 0, 0, 0, h.stored[0] - 1, h.stored[1] - 1, h.stored[2] - 1, h.stored[3] - 1);
   ZUMRaster raster(box, h.stored_channels, type);
+  raster.SetMP({h.origin[0], h.origin[1], h.origin[2], h.origin[3]});
   if (bytes == 0) return raster;
   auto* const data = static_cast<unsigned char*>(raster.GetData());
   std::copy(head.begin(), head.end(), data);

@@ -2,11 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 #include <numbers>
 
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/regions/detail/labelruns.h"
+
+using zuml_detail::kX;
+using zuml_detail::kY;
 
 namespace {
 
@@ -33,8 +39,8 @@ zuml_detail::ScratchBlock<double> MeasureExtents(const ZUMImage<P>& image, ZUMLo
     double* const low = &least[static_cast<std::size_t>(run.label - first) * size];
     double* const high = &greatest[static_cast<std::size_t>(run.label - first) * size];
     for (std::size_t i = 0; i < size; ++i) {
-      const double y = run.y * sine[i];
-      const double v = run.x * cosine[i] - y, w = run.EndX() * cosine[i] - y;
+      const double y = run.First(kY) * sine[i];
+      const double v = run.First(kX) * cosine[i] - y, w = run.Last(kX) * cosine[i] - y;
       low[i] = std::min(low[i], std::min(v, w));
       high[i] = std::max(high[i], std::max(v, w));
     }
@@ -47,8 +53,10 @@ zuml_detail::ScratchBlock<double> MeasureExtents(const ZUMImage<P>& image, ZUMLo
 
 ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMBool>& image, int n) {
   n = std::max(n, 0);
-  const auto extents = MeasureExtents(image, 1, 1, n);
-  return ZUMImage<ZUMReal>(ZUMRect(0, 0, 0, 0, n - 1, 0, 0, 0), 1, extents.get());
+  // Made first: it refuses more directions than a block holds.
+  ZUMImage<ZUMReal> widths(ZUMRect(0, 0, 0, 0, n - 1, 0, 0, 0), 1, nullptr);
+  widths.SetPixels(MeasureExtents(image, 1, 1, n).get());
+  return widths;
 }
 
 ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMLong>& labels, int n) {
@@ -57,11 +65,13 @@ ZUMImage<ZUMReal> ZUMRegionFeretDiameters(const ZUMImage<ZUMLong>& labels, int n
   n = std::max(n, 0);
   const ZUMImage<ZUMReal> table(ZUMRect(range.first, 0, 0, 0, range.last, n - 1, 0, 0), 1, nullptr);
   const auto extents = MeasureExtents(labels, range.first, range.Length(), n);
-  const double* extent = extents.get();
-  for (ZUMLong i = 0; i < static_cast<ZUMLong>(range.Length()); ++i) {
-    for (int direction = 0; direction < n; ++direction) {
-      table(range.first + i, direction) = *extent++;
-    }
-  }
+  ZUMForEachPlacedRun(
+      table,
+      [&extents, step = static_cast<std::size_t>(n)](const ZUMRunPlace& place, ZUMReal* row,
+                                                     std::ptrdiff_t labels_of_row) {
+        const double* extent = &extents[static_cast<std::size_t>(place.y)];
+        for (std::ptrdiff_t k = 0; k < labels_of_row; ++k, extent += step) row[k] = *extent;
+      },
+      table);
   return table;
 }

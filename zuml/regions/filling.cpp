@@ -1,19 +1,37 @@
 #include "zuml/regions/filling.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <limits>
 
 #include "zuml/algebra/frames.h"
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/xqmemory.h"
+#include "zuml/geometry/gridmoves.h"
 #include "zuml/regions/detail/selectlabels.h"
 #include "zuml/regions/labelling.h"
 
-ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
-                                const ZUMImage<ZUMBool>& connectivity) {
+namespace {
+
+// How far the image has to move for a frame of one pixel to have coordinates of its own. A block
+// has no room for both ends of an axis.
+ZUMBasePoint<int> StepFromEnds(const ZUMRoDRef& rod) {
+  using Limits = std::numeric_limits<int>;
+  ZUMBasePoint<int> step;
+  for (const zuml_detail::Axis axis : {zuml_detail::kX, zuml_detail::kY}) {
+    step.*axis = (rod.Begin().*axis == Limits::min()) - (rod.End().*axis == Limits::max());
+  }
+  return step;
+}
+
+ZUMImage<ZUMBool> FillHoles(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMBool>& connectivity) {
   const ZUMImage<ZUMBool> background = ZUMAddFrame(image, ZUMRect(1, 1, 0, 0, 1, 1, 0, 0), false);
   ZUMForEachRun(
       background,
       [](ZUMBool* pixels, std::ptrdiff_t n) {
-        auto* bytes = reinterpret_cast<unsigned char*>(pixels);
+        ZUMByte* const bytes = zuml_detail::StoredPixels(pixels);
         for (std::ptrdiff_t i = 0; i < n; ++i) bytes[i] = bytes[i] == 0;
       },
       background);
@@ -32,4 +50,14 @@ ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
       },
       labels);
   return zuml_detail::SelectLabels(image, labels, filled.get());
+}
+
+}  // namespace
+
+ZUMImage<ZUMBool> ZUMFillRegion(const ZUMImage<ZUMBool>& image,
+                                const ZUMImage<ZUMBool>& connectivity) {
+  const ZUMBasePoint<int> step = StepFromEnds(image);
+  if (step == ZUMBasePoint<int>()) return FillHoles(image, connectivity);
+  const ZUMImage<ZUMBool> filled = FillHoles(ZUMTranslate(image, step), connectivity);
+  return ZUMTranslate(filled, {-step.x, -step.y});
 }

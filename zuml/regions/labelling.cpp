@@ -1,12 +1,14 @@
 #include "zuml/regions/labelling.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "zuml/algebra/extrema.h"
+#include "zuml/core/detail/framedcopy.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/scratch.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/regions/detail/framedcopy.h"
 #include "zuml/regions/detail/labelruns.h"
 #include "zuml/regions/detail/runlabelling.h"
 
@@ -22,10 +24,10 @@ constexpr ZUMLong kUnlabelled = -1;
 // sweep order. A neighbour joins if joins(start, neighbour), both as places in the raster. Returns
 // the number after the last.
 template <class Joins>
-ZUMLong FloodRegions(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& connectivity,
-                     ZUMLong next, Joins joins) {
+ZUMLong FloodRegions(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& reach, ZUMLong next,
+                     Joins joins) {
   ZUMDisplacementArray neighbours;
-  neighbours.FromNonZeroPixels(labels, connectivity);
+  neighbours.FromNonZeroPixels(labels, reach);
   ZUMGrowingStack<std::ptrdiff_t> stack(10000);
   ZUMLong* const pixels = static_cast<ZUMLong*>(labels.GetData());
   ZUMForEachRun(
@@ -55,16 +57,14 @@ ZUMLong FloodRegions(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& c
 
 // The components of the true pixels, written to a framed image. Returns their number.
 ZUMLong FloodTruePixels(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& labels,
-                        const ZUMImage<ZUMBool>& connectivity) {
+                        const ZUMImage<ZUMBool>& reach) {
   ZUMForEachRun(
       image,
       [](const ZUMBool* from, ZUMLong* to, std::ptrdiff_t n) {
         for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = ValueAt(from, i) ? kUnlabelled : 0;
       },
       image, labels);
-  return FloodRegions(labels, connectivity, 1,
-                      [](std::ptrdiff_t, std::ptrdiff_t) { return true; }) -
-         1;
+  return FloodRegions(labels, reach, 1, [](std::ptrdiff_t, std::ptrdiff_t) { return true; }) - 1;
 }
 
 }  // namespace
@@ -78,13 +78,14 @@ ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
 ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
                                  const ZUMImage<ZUMBool>& connectivity, ZUMLong& next_label) {
   zuml_detail::RequireConnectivity("RegionLabel", connectivity);
-  const ZUMImage<ZUMLong> labels = MakeFramed<ZUMLong>(image, image.GetCSz(), connectivity, 0);
-  const PlaneNeighbours neighbours = zuml_detail::FindPlaneNeighbours(connectivity);
+  const ZUMImage<ZUMBool> reach = zuml_detail::CutToReach(connectivity, image);
+  const ZUMImage<ZUMLong> labels = MakeFramed<ZUMLong>(image, image.GetCSz(), reach, 0);
+  const PlaneNeighbours neighbours = zuml_detail::FindPlaneNeighbours(reach);
   if (neighbours != PlaneNeighbours::kNone) {
     next_label = zuml_detail::LabelByRuns(image, labels, neighbours, next_label);
     return labels;
   }
-  const ZUMLong count = FloodTruePixels(image, labels, connectivity);
+  const ZUMLong count = FloodTruePixels(image, labels, reach);
   if (next_label != 1) {
     // The flood counts from 1, so that no number can be the mark of what is not labelled yet.
     const ZUMLong shift = ZUMWrapSub(next_label, 1);
@@ -105,13 +106,14 @@ template <ZUMAlgebraPixel P>
 ZUMImage<ZUMLong> ZUMRegionValueLabel(const ZUMImage<P>& image,
                                       const ZUMImage<ZUMBool>& connectivity) {
   zuml_detail::RequireConnectivity("RegionLabel", connectivity);
-  const ZUMImage<ZUMLong> labels = MakeFramed<ZUMLong>(image, image.GetCSz(), connectivity, 0);
+  const ZUMImage<ZUMBool> reach = zuml_detail::CutToReach(connectivity, image);
+  const ZUMImage<ZUMLong> labels = MakeFramed<ZUMLong>(image, image.GetCSz(), reach, 0);
   ZUMForEachRun(
       labels, [](ZUMLong* to, std::ptrdiff_t n) { std::fill_n(to, n, kUnlabelled); }, labels);
   // A copy in a raster of the same sizes, so that one place serves both.
-  const ZUMImage<P> framed = zuml_detail::MakeFramedCopy(image, image, connectivity, P());
+  const ZUMImage<P> framed = zuml_detail::MakeFramedCopy(image, image, reach, P());
   const P* const values = static_cast<const P*>(framed.GetData());
-  FloodRegions(labels, connectivity, 0, [values](std::ptrdiff_t start, std::ptrdiff_t p) {
+  FloodRegions(labels, reach, 0, [values](std::ptrdiff_t start, std::ptrdiff_t p) {
     return values[p] == values[start];
   });
   return labels;

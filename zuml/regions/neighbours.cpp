@@ -1,15 +1,17 @@
 #include "zuml/regions/neighbours.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "zuml/algebra/extrema.h"
+#include "zuml/core/detail/framedcopy.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/regions/detail/framedcopy.h"
 #include "zuml/regions/detail/labelruns.h"
 
 namespace {
 
-constexpr ZUMLong kNone = -1;  // the value of the frame, and of neighbours that are none
+constexpr ZUMLong kNone = -1;  // what lies outside, and pixels that count as no neighbours
 constexpr int kRows = 21;
 constexpr int kMostListed = 19;
 
@@ -19,10 +21,10 @@ constexpr int kMostListed = 19;
 template <class PixelBegins, class Body>
 void ForEachContact(const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& connectivity,
                     ZUMLong frame_value, PixelBegins pixel_begins, Body body) {
-  const ZUMImage<ZUMLong> framed =
-      zuml_detail::MakeFramedCopy(labels, labels, connectivity, frame_value);
+  const ZUMImage<ZUMBool> reach = zuml_detail::CutToReach(connectivity, labels);
+  const ZUMImage<ZUMLong> framed = zuml_detail::MakeFramedCopy(labels, labels, reach, frame_value);
   ZUMDisplacementArray neighbours;
-  neighbours.FromNonZeroPixels(framed, connectivity);
+  neighbours.FromNonZeroPixels(framed, reach);
   ZUMForEachRun(
       framed,
       [&](const ZUMLong* p, std::ptrdiff_t n) {

@@ -1,11 +1,14 @@
 #include "zuml/regions/regionmoments.h"
 
 #include <algorithm>
+#include <cstddef>
 
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/regions/detail/labelruns.h"
 
+using zuml_detail::kX;
+using zuml_detail::kY;
 using zuml_detail::LabelRun;
 
 namespace {
@@ -64,7 +67,7 @@ ZUMImage<ZUMReal> ZUMRegionMoment(const ZUMImage<ZUMLong>& labels, int p, int q)
   const ZUMImage<ZUMReal> table = zuml_detail::MakeTable<ZUMReal>(range, 1, 0);
   const zuml_detail::TableEntries<ZUMReal> moment(table);
   zuml_detail::ForEachLabelRun(labels, [&](const LabelRun& run) {
-    moment[run.label] += SumOfPowers(run.x, run.n, p) * Power(run.y, q);
+    moment[run.label] += SumOfPowers(run.First(kX), run.n, p) * Power(run.First(kY), q);
   });
   return table;
 }
@@ -75,15 +78,15 @@ ZUMImage<ZUMReal> ZUMRegionCenteredMoment(const ZUMImage<ZUMLong>& labels, int p
   }
   const zuml_detail::LabelRange range = zuml_detail::FindLabelRange(labels);
   if (range.EmptyP()) return {};
+  const ZUMImage<ZUMReal> result = zuml_detail::MakeTable<ZUMReal>(range, 1, 0);
   const auto moments = zuml_detail::MakeZeroedScratch<Moments>(range.Length());
   zuml_detail::ForEachLabelRun(labels, [&](const LabelRun& run) {
     Moments& of_label = moments[static_cast<std::size_t>(run.label - range.first)];
     for (int i = 0; i < 3; ++i) {
-      const double sum = SumOfPowers(run.x, run.n, i);
-      for (int j = 0; j < 3; ++j) of_label.m[i][j] += sum * Power(run.y, j);
+      const double sum = SumOfPowers(run.First(kX), run.n, i);
+      for (int j = 0; j < 3; ++j) of_label.m[i][j] += sum * Power(run.First(kY), j);
     }
   });
-  const ZUMImage<ZUMReal> result = zuml_detail::MakeTable<ZUMReal>(range, 1, 0);
   ZUMReal* entry = &result(result.Begin());
   for (std::size_t i = 0; i < range.Length(); ++i) entry[i] = CentreMoment(moments[i], p, q);
   return result;

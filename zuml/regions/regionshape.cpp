@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <numbers>
 
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/regions/detail/labelruns.h"
@@ -17,24 +19,26 @@ ZUMImage<ZUMLong> MeasurePerimeters(const ZUMImage<ZUMLong>& labels,
                                     const zuml_detail::LabelRange& range) {
   const ZUMImage<ZUMLong> table = zuml_detail::MakeTable<ZUMLong>(range, 1, 0);
   const zuml_detail::TableEntries<ZUMLong> perimeter(table);
-  const std::ptrdiff_t n = labels.RoDXSz(), step = labels.GetLineSz();
+  const std::ptrdiff_t width = labels.RoDXSz(), step = labels.GetLineSz();
   // One line of zeros stands for what is above and below, a pixel each for left and right.
-  const auto zeros = zuml_detail::MakeZeroedScratch<ZUMLong>(static_cast<std::size_t>(n));
-  const auto columns = zuml_detail::MakeZeroedScratch<ZUMLong>(static_cast<std::size_t>(n) + 2);
+  const auto zeros = zuml_detail::MakeZeroedScratch<ZUMLong>(static_cast<std::size_t>(width));
+  const auto columns = zuml_detail::MakeZeroedScratch<ZUMLong>(static_cast<std::size_t>(width) + 2);
   ZUMLong* const column = columns.get() + 1;
-  for (ZUMGenericSweepCoords1 sweep(labels, labels); sweep.GetStart1(); sweep.Next()) {
-    const ZUMLong* line = static_cast<const ZUMLong*>(sweep.GetStart1());
-    const ZUMLong* above = sweep.GetY() == labels.BeginY() ? zeros.get() : line - step;
-    const ZUMLong* below = sweep.GetY() == labels.EndY() ? zeros.get() : line + step;
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-      column[i] = std::min(line[i], std::min(above[i], below[i]));
-    }
-    for (std::ptrdiff_t i = 0; i < n; ++i) {
-      const ZUMLong least = std::min(column[i], std::min(column[i - 1], column[i + 1]));
-      const ZUMLong part = ZUMWrapSub(line[i], least);
-      if (part >= range.first && part <= range.last) ++perimeter[part];
-    }
-  }
+  ZUMForEachPlacedRun(
+      labels,
+      [&](const ZUMRunPlace& place, const ZUMLong* line, std::ptrdiff_t n) {
+        const ZUMLong* above = place.y == labels.BeginY() ? zeros.get() : line - step;
+        const ZUMLong* below = place.y == labels.EndY() ? zeros.get() : line + step;
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          column[i] = std::min(line[i], std::min(above[i], below[i]));
+        }
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          const ZUMLong least = std::min(column[i], std::min(column[i - 1], column[i + 1]));
+          const ZUMLong part = ZUMWrapSub(line[i], least);
+          if (part >= range.first && part <= range.last) ++perimeter[part];
+        }
+      },
+      labels);
   return table;
 }
 

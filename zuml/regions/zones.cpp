@@ -1,13 +1,16 @@
 #include "zuml/regions/zones.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <functional>
 
+#include "zuml/core/detail/framedcopy.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/scratch.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
-#include "zuml/regions/detail/framedcopy.h"
 
+using zuml_detail::CutToReach;
 using zuml_detail::MakeFramedCopy;
 
 namespace {
@@ -22,15 +25,16 @@ ZUMImage<ZUMBool> ExtendRegion(const char* operation, const ZUMImage<ZUMBool>& r
   }
   zuml_detail::RequireConnectivity(operation, connectivity);
   // The frame counts as region, so that the image is not read outside.
-  const ZUMImage<ZUMBool> result =
-      MakeFramedCopy(region, Intersection(region, image), connectivity, true);
+  const ZUMRoDRef rod = Intersection(region, image);
+  const ZUMImage<ZUMBool> reach = CutToReach(connectivity, rod);
+  const ZUMImage<ZUMBool> result = MakeFramedCopy(region, rod, reach, true);
 
   struct Step {
     long long region, image;
   };
   ZUMDisplacementArray in_region, in_image;
-  in_region.FromNonZeroPixels(result, connectivity);
-  in_image.FromNonZeroPixels(image, connectivity);
+  in_region.FromNonZeroPixels(result, reach);
+  in_image.FromNonZeroPixels(image, reach);
   ZUMArray<Step> steps;
   for (unsigned k = 0; k < in_region.GetLength(); ++k) steps.Put({in_region[k], in_image[k]});
 
@@ -69,9 +73,10 @@ template <ZUMGreyPixel P>
 ZUMImage<P> ZUMRegionsOfInfluence(const ZUMImage<P>& seeds, const ZUMImage<ZUMBool>& connectivity) {
   zuml_detail::RequireConnectivity("RegionsOfInfluence", connectivity);
   // No front enters the frame, since it is not 0.
-  const ZUMImage<P> result = MakeFramedCopy(seeds, seeds, connectivity, 1);
+  const ZUMImage<ZUMBool> reach = CutToReach(connectivity, seeds);
+  const ZUMImage<P> result = MakeFramedCopy(seeds, seeds, reach, 1);
   ZUMDisplacementArray neighbours;
-  neighbours.FromNonZeroPixels(result, connectivity);
+  neighbours.FromNonZeroPixels(result, reach);
   ZUMBlockFIFO<P*> queue;
   ZUMForEachRun(
       result,

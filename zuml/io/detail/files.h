@@ -4,7 +4,9 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -31,10 +33,27 @@ inline FileHandle OpenFile(const char* path, const char* mode) {
   return file;
 }
 
-/// The bytes of a regular file; 0 for a pipe or a device, whose length nobody knows.
-inline std::int64_t GetFileSize(std::FILE* file) {
+/// The length of a pipe or a device: it may deliver any number of bytes.
+inline constexpr std::int64_t kUnknownLength = std::numeric_limits<std::int64_t>::max();
+
+/// The bytes of an open file.
+inline std::int64_t GetFileSize(int descriptor) {
   struct stat status {};
-  return fstat(fileno(file), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
+  const bool known = fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+  return known ? status.st_size : kUnknownLength;
+}
+inline std::int64_t GetFileSize(std::FILE* file) { return GetFileSize(fileno(file)); }
+
+/// Passes over n bytes, also where the file cannot be positioned; bytes behind its end count as
+/// passed over.
+inline void SkipBytes(std::FILE* file, std::int64_t n) {
+  if (n <= 0 || fseeko(file, static_cast<off_t>(n), SEEK_CUR) == 0) return;
+  char bytes[4096];
+  while (n > 0) {
+    const auto piece = static_cast<std::size_t>(std::min<std::int64_t>(n, sizeof bytes));
+    if (std::fread(bytes, 1, piece, file) < piece) return;
+    n -= static_cast<std::int64_t>(piece);
+  }
 }
 
 /// Reads n bytes and returns how many the file delivered; the others become 0.
@@ -90,7 +109,8 @@ constexpr std::int64_t GetBlockBytes(std::initializer_list<std::int64_t> sizes) 
 inline constexpr std::int64_t kFreeBytes = std::int64_t{64} << 20;
 inline constexpr std::int64_t kMostFileFactor = 16;
 
-/// Whether a picture of that many bytes may be made from a file of that many bytes.
+/// Whether a picture of that many bytes may be made from a file of that many bytes, or of unknown
+/// length.
 constexpr bool CanFill(std::int64_t picture_bytes, std::int64_t file_bytes) {
   return picture_bytes <= kFreeBytes || picture_bytes / kMostFileFactor <= file_bytes;
 }

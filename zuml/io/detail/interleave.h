@@ -12,13 +12,14 @@
 #include <type_traits>
 
 #include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/vectors.h"
 #include "zuml/core/zumrodrect.h"
 #include "zuml/io/detail/flatimage.h"
 
 namespace zuml_detail {
 
-using ByteVector [[gnu::vector_size(16)]] = std::uint8_t;
-using WordVector [[gnu::vector_size(16)]] = std::uint32_t;
+using ByteVector = Vector<std::uint8_t, 16>;
+using WordVector = Vector<std::uint32_t, 16>;
 
 /// Writes C planes, each `step` elements behind the last, to `to`.
 template <int C>
@@ -35,10 +36,9 @@ template <>
 inline void MergePlanes<3>(const ZUMByte* from, std::ptrdiff_t step, std::ptrdiff_t n,
                            ZUMByte* to) {
   for (; n >= 16; n -= 16, from += 16, to += 48) {
-    WordVector r, g, b;
-    std::memcpy(&r, from, sizeof r);
-    std::memcpy(&g, from + step, sizeof g);
-    std::memcpy(&b, from + 2 * step, sizeof b);
+    const auto r = LoadVector<WordVector>(from);
+    const auto g = LoadVector<WordVector>(from + step);
+    const auto b = LoadVector<WordVector>(from + 2 * step);
     WordVector words[] = {
         (r & 0xFF) | (g & 0xFF) << 8 | (b & 0xFF) << 16 | (r & 0xFF00) << 16,
         (g >> 8 & 0xFF) | (b & 0xFF00) | (r & 0xFF0000) | (g & 0xFF0000) << 8,
@@ -130,7 +130,7 @@ inline void SplitChannels<3, 3, ZUMByte, ZUMByte>(const ZUMByte* from, std::ptrd
                                   alternate(v[1], upper(v[2]))};
       std::memcpy(v, mixed, sizeof v);
     }
-    for (int c = 0; c < 3; ++c) std::memcpy(to + c * step, &v[c], sizeof v[c]);
+    for (int c = 0; c < 3; ++c) StoreVector(to + c * step, v[c]);
   }
   for (; n > 0; --n, from += 3, ++to) {
     for (int c = 0; c < 3; ++c) to[c * step] = from[c];

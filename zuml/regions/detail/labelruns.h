@@ -6,18 +6,22 @@
 #include <cstdint>
 #include <cstring>
 
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/zumimage.h"
-#include "zuml/core/zumsweep.h"
 
 namespace zuml_detail {
 
 /// n pixels of a line, all in one region.
 struct LabelRun {
   ZUMLong label;
-  int x, y, z, t;
+  ZUMBasePoint<int> begin;
   int n;
 
-  int EndX() const { return x + n - 1; }
+  /// The coordinates of the first and of the last pixel.
+  int First(Axis axis) const { return begin.*axis; }
+  int Last(Axis axis) const { return begin.*axis + (axis == kX ? n - 1 : 0); }
 };
 
 /// The first pixel from i on that is not equal to pixel i; n if there is none.
@@ -34,7 +38,7 @@ inline std::ptrdiff_t FindRunEnd(const ZUMLong* line, std::ptrdiff_t i, std::ptr
 }
 
 /// The first byte from i on that is not 0; n if there is none.
-inline std::ptrdiff_t FindTrue(const unsigned char* line, std::ptrdiff_t i, std::ptrdiff_t n) {
+inline std::ptrdiff_t FindTrue(const ZUMByte* line, std::ptrdiff_t i, std::ptrdiff_t n) {
   for (; i + 8 <= n; i += 8) {
     std::uint64_t word;
     std::memcpy(&word, line + i, 8);
@@ -44,41 +48,48 @@ inline std::ptrdiff_t FindTrue(const unsigned char* line, std::ptrdiff_t i, std:
   return i;
 }
 
+/// The run of n pixels from pixel i on of a line that begins at the place.
+inline LabelRun MakeRun(ZUMLong label, const ZUMRunPlace& place, std::ptrdiff_t i,
+                        std::ptrdiff_t n) {
+  return {label, {place.x + static_cast<int>(i), place.y, place.z, place.t}, static_cast<int>(n)};
+}
+
 /// Calls body(LabelRun) for each maximal run of a positive label along a line, in sweep order.
 template <class Body>
 void ForEachLabelRun(const ZUMImage<ZUMLong>& labels, Body body) {
-  for (ZUMGenericSweepCoords1 sweep(labels, labels); sweep.GetStart1(); sweep.Next()) {
-    const ZUMLong* line = static_cast<const ZUMLong*>(sweep.GetStart1());
-    const std::ptrdiff_t n = static_cast<const ZUMLong*>(sweep.GetEnd1()) - line + 1;
-    for (std::ptrdiff_t i = 0, end; i < n; i = end) {
-      end = FindRunEnd(line, i, n);
-      if (line[i] > 0) {
-        body(LabelRun{line[i], sweep.GetX() + static_cast<int>(i), sweep.GetY(), sweep.GetZ(),
-                      sweep.GetT(), static_cast<int>(end - i)});
-      }
-    }
-  }
+  ZUMForEachPlacedRun(
+      labels,
+      [&body](const ZUMRunPlace& place, const ZUMLong* line, std::ptrdiff_t n) {
+        for (std::ptrdiff_t i = 0, end; i < n; i = end) {
+          end = FindRunEnd(line, i, n);
+          if (line[i] > 0) body(MakeRun(line[i], place, i, end - i));
+        }
+      },
+      labels);
 }
 
 /// The same for the runs of true pixels of a bool image; their label is 1.
 template <class Body>
 void ForEachLabelRun(const ZUMImage<ZUMBool>& image, Body body) {
-  for (ZUMGenericSweepCoords1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    const auto* line = static_cast<const unsigned char*>(sweep.GetStart1());
-    const std::ptrdiff_t n = static_cast<const unsigned char*>(sweep.GetEnd1()) - line + 1;
-    for (std::ptrdiff_t i = FindTrue(line, 0, n), end; i < n; i = FindTrue(line, end, n)) {
-      end = i;
-      while (end < n && line[end] != 0) ++end;
-      body(LabelRun{1, sweep.GetX() + static_cast<int>(i), sweep.GetY(), sweep.GetZ(), sweep.GetT(),
-                    static_cast<int>(end - i)});
-    }
-  }
+  ZUMForEachPlacedRun(
+      image,
+      [&body](const ZUMRunPlace& place, const ZUMBool* pixels, std::ptrdiff_t n) {
+        const ZUMByte* const line = StoredPixels(pixels);
+        for (std::ptrdiff_t i = FindTrue(line, 0, n), end; i < n; i = FindTrue(line, end, n)) {
+          end = i;
+          while (end < n && line[end] != 0) ++end;
+          body(MakeRun(1, place, i, end - i));
+        }
+      },
+      image);
 }
 
-/// The sum of the n integers from `first` on; of the 64 bits the low 32 are what wrapping sums of
-/// coordinates need.
-inline std::int64_t SumOfRange(std::int64_t first, std::int64_t n) {
-  return n * first + n * (n - 1) / 2;
+/// The sum of the coordinates of the run's pixels. A block has less than 2^31 pixels, so 64 bits
+/// hold the sums of all runs of an image too.
+template <Axis kAxis>
+std::int64_t SumOfRun(const LabelRun& run) {
+  const std::int64_t n = run.n;
+  return n * run.First(kAxis) + (kAxis == kX ? n * (n - 1) / 2 : 0);
 }
 
 /// The least and the greatest positive label: the X axis of a table.
@@ -92,7 +103,8 @@ struct LabelRange {
 
 LabelRange FindLabelRange(const ZUMImage<ZUMLong>& labels);
 
-/// A table over the range, all entries `start`. The range is not empty.
+/// A table over the range, all entries `start`. The range is not empty. It is made before any
+/// scratch of its length, since it is what refuses a range that no block holds.
 template <class P>
 ZUMImage<P> MakeTable(const LabelRange& range, int csz, P start) {
   return ZUMImage<P>(ZUMRect(range.first, 0, 0, 0, range.last, 0, 0, 0), csz, start);

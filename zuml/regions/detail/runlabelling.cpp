@@ -1,14 +1,17 @@
+#include "zuml/regions/detail/runlabelling.h"
+
 #include <emmintrin.h>
 
 #include <algorithm>
 #include <bit>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/xqmemory.h"
-#include "zuml/regions/detail/runlabelling.h"
 
 namespace zuml_detail {
 
@@ -18,8 +21,8 @@ using Word = std::uint64_t;
 constexpr std::ptrdiff_t kWordBits = 64;
 
 // Bit i of the words is set where byte i is not 0; there is at least one clear bit behind the last.
-void PackLine(Word* words, const unsigned char* line, std::ptrdiff_t n) {
-  const auto pack16 = [](const unsigned char* bytes) {
+void PackLine(Word* words, const ZUMByte* line, std::ptrdiff_t n) {
+  const auto pack16 = [](const ZUMByte* bytes) {
     const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes));
     const int zeros = _mm_movemask_epi8(_mm_cmpeq_epi8(v, _mm_setzero_si128()));
     return static_cast<Word>(~zeros & 0xffff);
@@ -173,19 +176,21 @@ void PaintLine(ZUMLong* line, const std::int32_t* edges, std::ptrdiff_t runs,
 
 PlaneNeighbours FindPlaneNeighbours(const ZUMImage<ZUMBool>& connectivity) {
   int neighbours = 0, edges = 0;
-  for (ZUMGenericSweepCoords1 sweep(connectivity, connectivity); sweep.GetStart1(); sweep.Next()) {
-    const auto* line = static_cast<const unsigned char*>(sweep.GetStart1());
-    const int y = sweep.GetY();
-    for (int x = sweep.GetX(); x <= connectivity.EndX(); ++x, ++line) {
-      if (*line == 0) continue;
-      if (sweep.GetZ() != 0 || sweep.GetT() != 0 || x < -1 || x > 1 || y < -1 || y > 1) {
-        return PlaneNeighbours::kNone;
-      }
-      neighbours += x != 0 || y != 0;
-      edges += (x == 0) != (y == 0);
-    }
-  }
-  if (edges != 4) return PlaneNeighbours::kNone;
+  const bool in_plane = ZUMForEachPlacedRunWhile(
+      connectivity,
+      [&](const ZUMRunPlace& place, const ZUMBool* line, std::ptrdiff_t n) {
+        for (std::ptrdiff_t i = 0; i < n; ++i) {
+          if (!ValueAt(line, i)) continue;
+          const std::ptrdiff_t x = place.x + i;
+          const int y = place.y;
+          if (place.z != 0 || place.t != 0 || x < -1 || x > 1 || y < -1 || y > 1) return false;
+          neighbours += x != 0 || y != 0;
+          edges += (x == 0) != (y == 0);
+        }
+        return true;
+      },
+      connectivity);
+  if (!in_plane || edges != 4) return PlaneNeighbours::kNone;
   return neighbours == 4   ? PlaneNeighbours::kFour
          : neighbours == 8 ? PlaneNeighbours::kEight
                            : PlaneNeighbours::kNone;
@@ -207,7 +212,7 @@ ZUMLong LabelByRuns(const ZUMImage<ZUMBool>& image, const ZUMImage<ZUMLong>& lab
       image,
       [&](const ZUMBool* pixels, std::ptrdiff_t) {
         Word* packed = &bits[static_cast<std::size_t>(line * words)];
-        PackLine(packed, reinterpret_cast<const unsigned char*>(pixels), n);
+        PackLine(packed, StoredPixels(pixels), n);
         first[static_cast<std::size_t>(line++)] = runs;
         LineReader reader(packed);
         for (std::ptrdiff_t w = 0; w < words; ++w) {

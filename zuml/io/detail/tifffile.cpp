@@ -1,21 +1,18 @@
-#include <sys/stat.h>
+#include "zuml/io/detail/tifffile.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdio>
+#include <limits>
 
 #include "zuml/core/xqexception.h"
+#include "zuml/io/detail/files.h"
 #include "zuml/io/detail/picturelimits.h"
-#include "zuml/io/detail/tifffile.h"
 
 namespace zuml_detail {
 namespace {
 
 int DropWarning(TIFF*, void*, const char*, const char*, std::va_list) { return 1; }
-
-std::int64_t GetFileSize(TIFF* tiff) {
-  struct stat status {};
-  return fstat(TIFFFileno(tiff), &status) == 0 && S_ISREG(status.st_mode) ? status.st_size : 0;
-}
 
 // What all strips or tiles together unpack to.
 std::int64_t GetDecodedBytes(TIFF* tiff, std::int64_t height) {
@@ -97,13 +94,14 @@ void TiffFile::RequirePicture(const char* operation, const char* path, int chann
                               int pixel_bytes) const {
   const std::int64_t width = GetField<std::uint32_t>(TIFFTAG_IMAGEWIDTH, 0);
   const std::int64_t height = GetField<std::uint32_t>(TIFFTAG_IMAGELENGTH, 0);
-  const std::int64_t file_bytes = GetFileSize(tiff_);
+  const std::int64_t file_bytes = GetFileSize(TIFFFileno(tiff_));
   std::int64_t decoded = GetDecodedBytes(tiff_, height);
   // More than a block is more than any picture needs.
   if (decoded < 0) decoded = std::numeric_limits<std::int64_t>::max();
   zuml_detail::RequirePicture(operation, path, {width, height, channels, pixel_bytes, decoded},
                               file_bytes,
                               GetMostExpansion(GetField<std::uint16_t>(TIFFTAG_COMPRESSION, 1)));
+  if (file_bytes == kUnknownLength) return;
   const std::int64_t most_stored = kFreeBytes + kMostFileFactor * file_bytes;
   if (GetStoredBytes(tiff_, most_stored) > most_stored) {
     throw XQException("%s: the parts of \"%s\" overlap", operation, path);

@@ -1,36 +1,18 @@
-// The reader of TIFF samples as they stand.
+#include "zuml/io/detail/tiffsamples.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
-#include <mutex>
+#include <cstddef>
+#include <cstdint>
+#include <iterator>
+#include <type_traits>
 
-#include "zuml/core/xqdiagnostics.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/geometry/gridmoves.h"
 #include "zuml/io/detail/interleave.h"
-#include "zuml/io/detail/tifffile.h"
-#include "zuml/io/tiff.h"
 
+namespace zuml_detail {
 namespace {
-
-using zuml_detail::MakeZeroedScratch;
-using zuml_detail::TiffFile;
-
-[[noreturn]] void ThrowTiffError(const char* module, const char* format, std::va_list arguments) {
-  char text[4608];
-  zuml_detail::FormatTiffError(text, sizeof text, module, format, arguments);
-  throw XQException("TIFF Error: %s", text);
-}
-
-// For calls of libtiff that are not ours: our files have handlers of their own.
-void SetProcessHandlers() {
-  static std::mutex mutex;
-  const std::lock_guard lock(mutex);
-  TIFFSetErrorHandler(ThrowTiffError);
-  TIFFSetWarningHandler(nullptr);
-}
 
 /// What the directory says about the samples.
 struct Samples {
@@ -138,7 +120,7 @@ ZUMGenericImage ReadPixels(const TiffFile& file, const Samples& samples) {
     if constexpr (std::is_same_v<S, Bit>) {
       UnpackBits(run, n, to);
     } else {
-      zuml_detail::SplitPixels(reinterpret_cast<const S*>(run), n, samples.Together(), to, step);
+      SplitPixels(reinterpret_cast<const S*>(run), n, samples.Together(), to, step);
     }
   };
   if (TIFFIsTiled(file.get())) {
@@ -181,7 +163,9 @@ ReadFunction GetReadFunction(int format, int bits) {
   return found->read;
 }
 
-ZUMGenericImage Read(const TiffFile& file, const char* path) {
+}  // namespace
+
+ZUMGenericImage ReadSamples(const TiffFile& file, const char* path) {
   // The sizes are looked at even if the directory is refused, for that may be the reason.
   TIFFReadDirectory(file.get());
   const auto width = file.GetField<std::uint32_t>(TIFFTAG_IMAGEWIDTH, 0);
@@ -204,16 +188,4 @@ ZUMGenericImage Read(const TiffFile& file, const char* path) {
                      planar == PLANARCONFIG_SEPARATE, orientation});
 }
 
-}  // namespace
-
-ZUMGenericImage ZUMReadTIFF(const char* path) {
-  SetProcessHandlers();
-  const TiffFile file(path, "rhm");
-  if (!file.get()) throw XQException("Error opening TIFF file %s", path);
-  try {
-    return Read(file, path);
-  } catch (...) {
-    XQMessageBox("Excepcion");
-    throw;
-  }
-}
+}  // namespace zuml_detail
