@@ -4,8 +4,8 @@
 /// An operation joins by a line in operations_<subsystem>.cpp: its pixel types, the kinds of its
 /// operands, and the call, in which a, b and c are the operands in this order.
 ///
-///   Add<Grey, Picture<>, Picture<>>(CALL2(ZUMMax(a, b)));
-///   Add<Scalar, Picture<>, Element<>>(CALL2(ZUMDilate(a, b)));
+///   ADD2(kMoves, (Grey, Picture<>, Picture<>), ZUMMax(a, b), ZUMMin(a, b));
+///   ADD2(kMoves, (Scalar, Picture<>, Element<>), ZUMDilate(a, b));
 #pragma once
 
 #include <concepts>
@@ -98,82 +98,36 @@ struct Pix;
 template <class Q, class P>
 using Pixel = std::conditional_t<std::same_as<Q, Pix>, P, Q>;
 
+#define ZUML_OPERAND(...)          \
+  {                                \
+    template <class P>             \
+    static auto Make(Tray& tray) { \
+      return __VA_ARGS__;          \
+    }                              \
+  }
 template <class Q = Pix, int kCSz = 2>
-struct Picture {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return tray.MakePicture<Pixel<Q, P>>(false, kCSz);
-  }
-};
+struct Picture ZUML_OPERAND(tray.MakePicture<Pixel<Q, P>>(false, kCSz));
 template <class Q = Pix, int kCSz = 1>
-struct Plane {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return tray.MakePicture<Pixel<Q, P>>(true, kCSz);
-  }
-};
+struct Plane ZUML_OPERAND(tray.MakePicture<Pixel<Q, P>>(true, kCSz));
 template <class Q, int kAxis>
-struct Line {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return tray.MakeLine<Pixel<Q, P>>(kAxis, 2);
-  }
-};
+struct Line ZUML_OPERAND(tray.MakeLine<Pixel<Q, P>>(kAxis, 2));
 template <class Q, int kFirst, int kLast>
-struct Table {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return tray.MakeTable<Pixel<Q, P>>(kFirst, kLast);
-  }
-};
+struct Table ZUML_OPERAND(tray.MakeTable<Pixel<Q, P>>(kFirst, kLast));
 template <class Q = ZUMBool, int kX = 1, int kY = 1, int kZ = 1, int kT = 1, int kCSz = 1>
-struct Element {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return tray.MakeElement<Pixel<Q, P>>(ZUMRect(-kX, -kY, 0, 0, kX, kY, kZ, kT), kCSz);
-  }
-};
+struct Element ZUML_OPERAND(tray.MakeElement<Pixel<Q, P>>(ZUMRect(-kX, -kY, 0, 0, kX, kY, kZ, kT),
+                                                          kCSz));
 template <class Q>
-struct Kernel {
-  template <class P>
-  static auto Make(Tray& tray) {
-    return ZUMKernel<Q>(tray.MakeElement<Q>(ZUMRect(-1, -1, 0, 0, 1, 1, 1, 0), 1));
-  }
-};
+struct Kernel ZUML_OPERAND(ZUMKernel<Q>(Element<Q>::template Make<P>(tray)));
 template <class Q>
-struct LineKernel {
-  template <class P>
-  static auto Make(Tray& tray) {
-    const ZUMImage<Q> kx = tray.MakeElement<Q>(ZUMRect(-1, 0, 0, 0, 1, 0, 0, 0), 1);
-    const ZUMImage<Q> ky = tray.MakeElement<Q>(ZUMRect(0, -1, 0, 0, 0, 1, 0, 0), 1);
-    return ZUMKernel<Q>(kx, ky, ZUMImage<Q>(), ZUMImage<Q>());
-  }
-};
-struct Window {
-  template <class P>
-  static ZUMRect Make(Tray& tray) {
-    return tray.MakeWindow();
-  }
-};
-struct Margins {
-  template <class P>
-  static ZUMRect Make(Tray& tray) {
-    return tray.MakeMargins();
-  }
-};
-struct PlacedBox {
-  template <class P>
-  static ZUMRect Make(Tray& tray) {
-    return tray.MakePlacedBox();
-  }
-};
+struct LineKernel ZUML_OPERAND(ZUMKernel<Q>{Element<Q, 1, 0, 0, 0>::template Make<P>(tray),
+                                            Element<Q, 0, 1, 0, 0>::template Make<P>(tray),
+                                            ZUMImage<Q>(), ZUMImage<Q>()});
+struct Window ZUML_OPERAND(tray.MakeWindow());
+struct Margins ZUML_OPERAND(tray.MakeMargins());
+struct PlacedBox ZUML_OPERAND(tray.MakePlacedBox());
 template <int kOrdinary, int kIdentity = 1>
-struct Number {
-  template <class P>
-  static int Make(Tray& tray) {
-    return tray.MakeNumber(kOrdinary, kIdentity);
-  }
-};
+struct Number ZUML_OPERAND(tray.MakeNumber(kOrdinary, kIdentity));
+#undef ZUML_OPERAND
 
 /// What a call came to: an image, or anything else as text, or the text of an XQException.
 struct Outcome {
@@ -210,6 +164,7 @@ requires(!std::derived_from<T, ZUMGenericImage>) void Set(Outcome& outcome, cons
 
 /// What the drivers have to know of an operation.
 enum : unsigned {
+  kMoves = 0,     // nothing: the result moves with the images
   kStays = 1,     // the result does not move with the images, or not along
   kDepends = 2,   // the result depends on where the images are
   kShares = 4,    // the result shares a raster with an operand, as its doc block says
@@ -229,8 +184,30 @@ inline std::vector<Operation>& Operations() {
   return operations;
 }
 
+/// Adds a call for each type of the list.
 template <class... P>
-struct Types {};
+struct Types {
+  template <class... Kinds, class F>
+  static void Add(unsigned traits, const char* name, F call) {
+    (AddOne<P, Kinds...>(traits, name, call), ...);
+  }
+
+ private:
+  template <class Q, class... Kinds, class F>
+  static void AddOne(unsigned traits, const char* name, F call) {
+    const auto run = [call](Tray& tray, Outcome* outcome) {
+      // Braces make the operands in their order.
+      const std::tuple operands{Kinds::template Make<Q>(tray)...};
+      if (!outcome) return;
+      if constexpr (std::is_void_v<decltype(std::apply(call, operands))>) {
+        std::apply(call, operands);
+      } else {
+        Set(*outcome, std::apply(call, operands));
+      }
+    };
+    Operations().push_back({std::string(name) + " of " + ZUMPixelTraits<Q>::kName, traits, run});
+  }
+};
 using Discrete = Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong>;
 using Integer = Types<ZUMByte, ZUMShort, ZUMLong>;
 using Grey = Types<ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
@@ -246,37 +223,31 @@ using Long = Types<ZUMLong>;
 using Real = Types<ZUMReal>;
 using Complex = Types<ZUMComplex>;
 
-template <class P, class... Kinds, class F>
-void AddOne(const char* name, F call, unsigned traits) {
-  const auto run = [call](Tray& tray, Outcome* outcome) {
-    // Braces make the operands in their order.
-    const std::tuple operands{Kinds::template Make<P>(tray)...};
-    if (!outcome) return;
-    using Result = decltype(std::apply(call, operands));
-    if constexpr (std::is_void_v<Result>) {
-      std::apply(call, operands);
-    } else {
-      Set(*outcome, std::apply(call, operands));
-    }
-  };
-  Operations().push_back({std::string(name) + " of " + ZUMPixelTraits<P>::kName, traits, run});
-}
-
-template <class... P, class AddOf>
-void ForEachType(Types<P...>, AddOf add) {
-  (add(static_cast<P*>(nullptr)), ...);
-}
-
 template <class List, class... Kinds, class F>
-void Add(const char* name, F call, unsigned traits = 0) {
-  ForEachType(List(), [&]<class P>(P*) { AddOne<P, Kinds...>(name, call, traits); });
+void Add(unsigned traits, const char* name, F call) {
+  List::template Add<Kinds...>(traits, name, call);
 }
 
-// The text of a call and the call.
-#define CALL1(...) #__VA_ARGS__, [](const auto& a) { return __VA_ARGS__; }
-#define CALL2(...) #__VA_ARGS__, [](const auto& a, const auto& b) { return __VA_ARGS__; }
-#define CALL3(...) \
-#__VA_ARGS__, [](const auto& a, const auto& b, const auto& c) { return __VA_ARGS__; }
+// Each adds calls of one, two or three operands, named by their text.
+#define ADD1(TRAITS, KINDS, ...) ZUML_EACH(ZUML_ADD1, TRAITS, KINDS, __VA_ARGS__)
+#define ADD2(TRAITS, KINDS, ...) ZUML_EACH(ZUML_ADD2, TRAITS, KINDS, __VA_ARGS__)
+#define ADD3(TRAITS, KINDS, ...) ZUML_EACH(ZUML_ADD3, TRAITS, KINDS, __VA_ARGS__)
+#define ZUML_ADD1(TRAITS, KINDS, CALL) \
+  Add<ZUML_BARE KINDS>(TRAITS, #CALL, [](const auto& a) { return CALL; });
+#define ZUML_ADD2(TRAITS, KINDS, CALL) \
+  Add<ZUML_BARE KINDS>(TRAITS, #CALL, [](const auto& a, const auto& b) { return CALL; });
+#define ZUML_ADD3(TRAITS, KINDS, CALL) \
+  Add<ZUML_BARE KINDS>(TRAITS, #CALL,  \
+                       [](const auto& a, const auto& b, const auto& c) { return CALL; });
+#define ZUML_BARE(...) __VA_ARGS__
+#define ZUML_EACH(...) ZUML_SCAN(ZUML_SCAN(ZUML_SCAN(ZUML_STEP(__VA_ARGS__))))
+#define ZUML_SCAN(...) ZUML_SCAN3(ZUML_SCAN3(ZUML_SCAN3(__VA_ARGS__)))
+#define ZUML_SCAN3(...) ZUML_SCAN9(ZUML_SCAN9(ZUML_SCAN9(__VA_ARGS__)))
+#define ZUML_SCAN9(...) __VA_ARGS__
+#define ZUML_STEP(ADD, TRAITS, KINDS, CALL, ...) \
+  ADD(TRAITS, KINDS, CALL) __VA_OPT__(ZUML_AGAIN ZUML_NOW(ADD, TRAITS, KINDS, __VA_ARGS__))
+#define ZUML_AGAIN() ZUML_STEP
+#define ZUML_NOW ()
 
 /// Fills the list before the tests run.
 struct Register {

@@ -56,188 +56,83 @@ ZUMImage<Q> UnsafeLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut) {
 }
 
 const Register kAlgebra([] {
-  Add<Arithmetic, Two, Two>(CALL2(a + b));
-  Add<Arithmetic, Two>(CALL1(a + 3));
-  Add<Arithmetic, Two>(CALL1(3 + a));
-  Add<Algebra, Two, Two>(CALL2(a - b));
-  Add<Algebra, Two>(CALL1(a - 3));
-  Add<Algebra, Two>(CALL1(3 - a));
-  Add<Algebra, Two>(CALL1(-a));
-  Add<Scalar, Two, Two>(CALL2(ZUMSymmetricSubtraction(a, b)));
-  Add<Scalar, Two>(CALL1(ZUMSymmetricSubtraction(a, 3)));
-  Add<Scalar, Two>(CALL1(ZUMSymmetricSubtraction(3, a)));
-  Add<Arithmetic, Two>(CALL1(abs(a)));
-  Add<Grey, Two>(CALL1(ZUMAbs(a)));
-  Add<Types<ZUMShort, ZUMLong, ZUMReal>, Two>(CALL1(ZUMSign(a)));
-  Add<Grey, Two, Two>(CALL2(ZUMMax(a, b)));
-  Add<Grey, Two>(CALL1(ZUMMax(a, 3)));
-  Add<Grey, Two>(CALL1(ZUMMax(3, a)));
-  Add<Grey, Two, Two>(CALL2(ZUMMin(a, b)));
-  Add<Grey, Two>(CALL1(ZUMMin(a, 3)));
-  Add<Grey, Two>(CALL1(ZUMMin(3, a)));
-  Add<Algebra, Two, Two>(CALL2(a == b));
-  Add<Algebra, Two>(CALL1(a == 3));
-  Add<Algebra, Two>(CALL1(3 == a));
-  Add<Algebra, Two, Two>(CALL2(a != b));
-  Add<Algebra, Two>(CALL1(a != 3));
-  Add<Algebra, Two>(CALL1(3 != a));
-  Add<Algebra, Two, Two>(CALL2(ZUMPointEqual(a, b)));
-  Add<Algebra, Two>(CALL1(ZUMPointEqual(a, 3)));
-  Add<Algebra, Two>(CALL1(ZUMPointEqual(3, a)));
-  Add<Algebra, Two, Two>(CALL2(ZUMPointNotEqual(a, b)));
-  Add<Algebra, Two>(CALL1(ZUMPointNotEqual(a, 3)));
-  Add<Algebra, Two>(CALL1(ZUMPointNotEqual(3, a)));
-  Add<Scalar, Two, Two>(CALL2(a < b));
-  Add<Scalar, Two>(CALL1(a < 3));
-  Add<Scalar, Two>(CALL1(3 < a));
-  Add<Scalar, Two, Two>(CALL2(a > b));
-  Add<Scalar, Two>(CALL1(a > 3));
-  Add<Scalar, Two>(CALL1(3 > a));
-  Add<Scalar, Two, Two>(CALL2(a <= b));
-  Add<Scalar, Two>(CALL1(a <= 3));
-  Add<Scalar, Two>(CALL1(3 <= a));
-  Add<Scalar, Two, Two>(CALL2(a >= b));
-  Add<Scalar, Two>(CALL1(a >= 3));
-  Add<Scalar, Two>(CALL1(3 >= a));
-  Add<Algebra, Mask, Two, Two>(CALL3(ZUMImIf(a, b, c)));
-  Add<Algebra, Mask, Two>(CALL2(ZUMImIf(a, b, 3)));
-  Add<Algebra, Mask, Two>(CALL2(ZUMImIf(a, 3, b)));
-  Add<Algebra, Picture<ZUMBool, 1>, Two>(CALL2(ZUMImIf(a, b, 3)));
-  Add<Bool, Mask>(CALL1(ZUMImIf(a, 3.0, 5.0)));
-  Add<Arithmetic, Two, One>(CALL2(a / b));
-  Add<Arithmetic, Two>(CALL1(a / 3));
-  Add<Arithmetic, Two>(CALL1(3 / a));
-  Add<Integer, Two, Two>(CALL2(a % b));
-  Add<Integer, Two>(CALL1(a % 3));
-  Add<Integer, Two>(CALL1(3 % a));
-  Add<Ordered, Two>(CALL1(ZUMMax(a)));
-  Add<Ordered, Two>(CALL1(ZUMMin(a)));
-  Add<Ordered, Two>(CALL1(MinMax(a)));
-  Add<Scalar, One>(CALL1(ZUMSearchMax(a)), kDepends);
-  Add<Scalar, One>(CALL1(ZUMSearchMin(a)), kDepends);
-  Add<Scalar, One>(CALL1(SearchEqual(a)), kDepends);
-  Add<Algebra, Two, Two>(CALL2(ZUMAppendChannels(a, b)));
-  Add<Algebra, Two, One, Two>(CALL3(ZUMAppendChannels(a, b, c)));
-  Add<Algebra, Two, One>(CALL2(Append(a, b)));
-  Add<Algebra, Two, Margins>(CALL2(ZUMAddFrame(a, b, 3)), kGrows);
-  Add<Algebra, Two, Margins>(CALL2(ZUMRemoveFrame(a, b)), kShares);
-  Add<Algebra, Two, PlacedBox>(CALL2(ZUMPadding(a, b, 3)), kGrows);
-  Add<Grey, Two>(CALL1(ZUMLog(a)));
-  Add<Grey, Two>(CALL1(ZUMLog10(a)));
-  Add<Grey, Two>(CALL1(ZUMExp(a)));
-  Add<Grey, Two>(CALL1(ZUMSin(a)));
-  Add<Grey, Two>(CALL1(ZUMCos(a)));
-  Add<Grey, Two>(CALL1(ZUMSinh(a)));
-  Add<Grey, Two>(CALL1(ZUMCosh(a)));
-  Add<Grey, Two>(CALL1(ZUMSqrt(a)));
-  Add<Real, Two>(CALL1(ZUMTan(a)));
-  Add<Real, Two>(CALL1(ZUMTanh(a)));
-  Add<Real, Two>(CALL1(ZUMAsin(a)));
-  Add<Real, Two>(CALL1(ZUMAcos(a)));
-  Add<Real, Two>(CALL1(ZUMAtan(a)));
-  Add<Real, Two, Two>(CALL2(ZUMAtan2(a, b)));
-  Add<Discrete, Two>(CALL1(ZUMSqr<ZUMLong>(a)));
-  Add<Scalar, Two>(CALL1(ZUMSqr<ZUMReal>(a)));
-  Add<Complex, Two>(CALL1(ZUMRealComponent(a)));
-  Add<Complex, Two>(CALL1(ZUMImagComponent(a)));
-  Add<Complex, Two>(CALL1(ZUMComplexModule(a)));
-  Add<Complex, Two>(CALL1(ZUMPhase(a)));
-  Add<Complex, Two>(CALL1(ZUMConjg(a)));
-  Add<Grey, Two, Number<6, 1>>(CALL2(ZUMHistogram(a, static_cast<unsigned>(b), 0, 6)),
-                               kStays | kGrows);
-  Add<Grey, One, Number<0, 0>, Number<6, 0>>(
-      CALL3(
-          ZUMHistogram(a, 5, static_cast<Like<decltype(a)>>(b), static_cast<Like<decltype(a)>>(c))),
-      kStays);
-  Add<Integer, Two>(CALL1(ZUMHistogram(a, 0, 0, 6)), kStays);
-  Add<Discrete, Two>(CALL1(ZUMPixelValueCnt(a)), kStays);
-  Add<Discrete, Two, Picture<ZUMLong>>(CALL2(ZUMPixelValueCnt<ZUMLong>(a, b)), kStays);
-  Add<Discrete, Two, Picture<ZUMReal>>(CALL2(ZUMPixelValueCnt<ZUMReal>(a, b)), kStays);
-  Add<Discrete, Line<ZUMLong, 0>, Two>(CALL2(ZUMXProduct(a, b)));
-  Add<Scalar, Line<ZUMReal, 0>, Two>(CALL2(ZUMXProduct(a, b)));
-  Add<Discrete, Line<ZUMLong, 1>, Two>(CALL2(ZUMYProduct(a, b)));
-  Add<Scalar, Line<ZUMReal, 1>, Two>(CALL2(ZUMYProduct(a, b)));
-  Add<Discrete, Line<ZUMLong, 2>, Two>(CALL2(ZUMZProduct(a, b)));
-  Add<Scalar, Line<ZUMReal, 2>, Two>(CALL2(ZUMZProduct(a, b)));
-  Add<Discrete, Line<ZUMLong, 3>, Two>(CALL2(ZUMTProduct(a, b)));
-  Add<Scalar, Line<ZUMReal, 3>, Two>(CALL2(ZUMTProduct(a, b)));
-  Add<Bool, Two, Two>(CALL2(a && b));
-  Add<Bool, Two>(CALL1(a && 3));
-  Add<Bool, Two>(CALL1(3 && a));
-  Add<Bool, Two, Two>(CALL2(a || b));
-  Add<Bool, Two>(CALL1(a || 3));
-  Add<Bool, Two>(CALL1(3 || a));
-  Add<Bool, Two>(CALL1(!a));
-  Add<Discrete, Two, Two>(CALL2(a & b));
-  Add<Discrete, Two>(CALL1(a & 3));
-  Add<Discrete, Two>(CALL1(3 & a));
-  Add<Discrete, Two, Two>(CALL2(a | b));
-  Add<Discrete, Two>(CALL1(a | 3));
-  Add<Discrete, Two>(CALL1(3 | a));
-  Add<Discrete, Two, Two>(CALL2(a ^ b));
-  Add<Discrete, Two>(CALL1(a ^ 3));
-  Add<Discrete, Two>(CALL1(3 ^ a));
-  Add<Discrete, Two>(CALL1(~a));
-  Add<Integer, Two, Two>(CALL2(a << b));
-  Add<Integer, Two>(CALL1(a << 3));
-  Add<Integer, Two>(CALL1(3 << a));
-  Add<Integer, Two, Two>(CALL2(a >> b));
-  Add<Integer, Two>(CALL1(a >> 3));
-  Add<Integer, Two>(CALL1(3 >> a));
-  Add<Types<ZUMByte, ZUMShort>, One, Table<ZUMReal, -40000, 40000>>(CALL2(UnsafeLut(a, b)));
-  Add<Discrete, One, Table<ZUMByte, -2, 4>>(CALL2(ZUMLut(a, b, 7)));
-  Add<Discrete, Two, Table<ZUMComplex, 1, 4>>(CALL2(ZUMLut(a, b, 7)));
-  Add<Bool, Two>(CALL1(ZUMMoment(a, 1, 2, 0, 1)), kDepends);
-  Add<Bool, Two>(CALL1(ZUMMoment(a, 1, 2, 0, 1, 0.5, 0.5, 0.5, 0.5)), kDepends);
-  Add<Bool, Two, Number<2>, Number<1>>(CALL3(ZUMMoment(a, b, c, 0, 0)), kDepends);
-  Add<Scalar, Two, Element<>, Element<ZUMBool, 2, 0>>(CALL3(ZUMGreaterCnt(a, b, c)));
-  Add<Scalar, Two, Element<>, Element<ZUMBool, 2, 0>>(CALL3(ZUMLessCnt(a, b, c)));
-  Add<Grey, Two>(CALL1(ZUMNorm(a)));
-  Add<Integer, Two>(CALL1(ZUMSqrNorm<ZUMLong>(a)));
-  Add<Real, Two>(CALL1(ZUMSqrNorm<ZUMReal>(a)));
-  Add<Integer, Two>(CALL1(ZUMNormL1<ZUMLong>(a)));
-  Add<Real, Two>(CALL1(ZUMNormL1<ZUMReal>(a)));
-  Add<Arithmetic, Two, One>(CALL2(a * b));
-  Add<Arithmetic, Two>(CALL1(a * 3));
-  Add<Arithmetic, Two>(CALL1(3 * a));
-  Add<Grey, Two, Two>(CALL2(ZUMPointProduct(a, b)));
-  Add<Arithmetic, Two>(CALL1(ZUMPointProduct(a, 3)));
-  Add<Arithmetic, Two>(CALL1(ZUMPointProduct(3, a)));
-  Add<Types<ZUMReal, ZUMComplex>, Two, Two>(CALL2(ZUMPow(a, b)));
-  Add<Types<ZUMReal, ZUMComplex>, Two>(CALL1(ZUMPow(a, 3)));
-  Add<Types<ZUMReal, ZUMComplex>, Two>(CALL1(ZUMPow(3, a)));
-  Add<Discrete, Two>(CALL1(ZUMProjectX<ZUMLong>(a)), kStays);
-  Add<Real, Two>(CALL1(ZUMProjectX<ZUMReal>(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMaxX(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMinX(a)), kStays);
-  Add<Discrete, Two>(CALL1(ZUMProjectY<ZUMLong>(a)), kStays);
-  Add<Real, Two>(CALL1(ZUMProjectY<ZUMReal>(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMaxY(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMinY(a)), kStays);
-  Add<Discrete, Two>(CALL1(ZUMProjectZ<ZUMLong>(a)), kStays);
-  Add<Real, Two>(CALL1(ZUMProjectZ<ZUMReal>(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMaxZ(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMinZ(a)), kStays);
-  Add<Discrete, Two>(CALL1(ZUMProjectT<ZUMLong>(a)), kStays);
-  Add<Real, Two>(CALL1(ZUMProjectT<ZUMReal>(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMaxT(a)), kStays);
-  Add<Scalar, Two>(CALL1(ZUMProjectMinT(a)), kStays);
-  Add<Scalar, Plane<>, Number<3>, Number<4>>(CALL3(ZUMReadLine(a, b, 2, 7, c, 0, 0)), kDepends);
-  Add<Scalar, Plane<>>(
-      CALL1(ZUMReadLine(a, a.BeginX(), a.BeginY(), a.EndX(), a.EndY(), a.BeginZ(), 0)), kDepends);
-  Add<Scalar, Plane<>, Number<0>, Number<0>>(CALL3(ZUMReadLine(a, 1, 2, 7, 4, b, c)), kDepends);
-  Add<Discrete, Two>(CALL1(ZUMSum<ZUMLong>(a)));
-  Add<Real, Two>(CALL1(ZUMSum<ZUMReal>(a)));
-  Add<Complex, Two>(CALL1(ZUMSum<ZUMComplex>(a)));
-  Add<Discrete, Two>(CALL1(ZUMSumChannels<ZUMLong>(a)));
-  Add<Real, Two>(CALL1(ZUMSumChannels<ZUMReal>(a)));
-  Add<Complex, Two>(CALL1(ZUMSumChannels<ZUMComplex>(a)));
-  Add<Grey, Two>(CALL1(ZUMMean(a)));
-  Add<Grey, Two>(CALL1(ZUMStdDeviation(a)));
-  Add<Grey, Two>(CALL1(ZUMVariance(a)));
-  Add<Scalar, Two>(CALL1(ZUMImToByte(a)));
-  Add<Ordered, Two>(CALL1(ZUMMaxcon(a)));
-  Add<Byte, One>(CALL1(ZUMThermography(a)));
+  ADD2(kMoves, (Arithmetic, Two, Two), a + b);
+  ADD1(kMoves, (Arithmetic, Two), a + 3, 3 + a, abs(a), a / 3, 3 / a, a * 3, 3 * a,
+       ZUMPointProduct(a, 3), ZUMPointProduct(3, a));
+  ADD2(kMoves, (Algebra, Two, Two), a - b, a == b, a != b, ZUMPointEqual(a, b),
+       ZUMPointNotEqual(a, b), ZUMAppendChannels(a, b));
+  ADD1(kMoves, (Algebra, Two), a - 3, 3 - a, -a, a == 3, 3 == a, a != 3, 3 != a,
+       ZUMPointEqual(a, 3), ZUMPointEqual(3, a), ZUMPointNotEqual(a, 3), ZUMPointNotEqual(3, a));
+  ADD2(kMoves, (Scalar, Two, Two), ZUMSymmetricSubtraction(a, b), a<b, a> b, a <= b, a >= b);
+  ADD1(kMoves, (Scalar, Two), ZUMSymmetricSubtraction(a, 3), ZUMSymmetricSubtraction(3, a),
+       a<3, 3 < a, a> 3, 3 > a, a <= 3, 3 <= a, a >= 3, 3 >= a, ZUMSqr<ZUMReal>(a), ZUMImToByte(a));
+  ADD1(kMoves, (Grey, Two), ZUMAbs(a), ZUMMax(a, 3), ZUMMax(3, a), ZUMMin(a, 3), ZUMMin(3, a),
+       ZUMLog(a), ZUMLog10(a), ZUMExp(a), ZUMSin(a), ZUMCos(a), ZUMSinh(a), ZUMCosh(a), ZUMSqrt(a),
+       ZUMNorm(a), ZUMMean(a), ZUMStdDeviation(a), ZUMVariance(a));
+  ADD1(kMoves, (Types<ZUMShort, ZUMLong, ZUMReal>, Two), ZUMSign(a));
+  ADD2(kMoves, (Grey, Two, Two), ZUMMax(a, b), ZUMMin(a, b), ZUMPointProduct(a, b));
+  ADD3(kMoves, (Algebra, Mask, Two, Two), ZUMImIf(a, b, c));
+  ADD2(kMoves, (Algebra, Mask, Two), ZUMImIf(a, b, 3), ZUMImIf(a, 3, b));
+  ADD2(kMoves, (Algebra, Picture<ZUMBool, 1>, Two), ZUMImIf(a, b, 3));
+  ADD1(kMoves, (Bool, Mask), ZUMImIf(a, 3.0, 5.0));
+  ADD2(kMoves, (Arithmetic, Two, One), a / b, a * b);
+  ADD2(kMoves, (Integer, Two, Two), a % b, a << b, a >> b);
+  ADD1(kMoves, (Integer, Two), a % 3, 3 % a, a << 3, 3 << a, a >> 3, 3 >> a, ZUMSqrNorm<ZUMLong>(a),
+       ZUMNormL1<ZUMLong>(a));
+  ADD1(kMoves, (Ordered, Two), ZUMMax(a), ZUMMin(a), MinMax(a), ZUMMaxcon(a));
+  ADD1(kDepends, (Scalar, One), ZUMSearchMax(a), ZUMSearchMin(a), SearchEqual(a));
+  ADD3(kMoves, (Algebra, Two, One, Two), ZUMAppendChannels(a, b, c));
+  ADD2(kMoves, (Algebra, Two, One), Append(a, b));
+  ADD2(kGrows, (Algebra, Two, Margins), ZUMAddFrame(a, b, 3));
+  ADD2(kShares, (Algebra, Two, Margins), ZUMRemoveFrame(a, b));
+  ADD2(kGrows, (Algebra, Two, PlacedBox), ZUMPadding(a, b, 3));
+  ADD1(kMoves, (Real, Two), ZUMTan(a), ZUMTanh(a), ZUMAsin(a), ZUMAcos(a), ZUMAtan(a),
+       ZUMSqrNorm<ZUMReal>(a), ZUMNormL1<ZUMReal>(a), ZUMSum<ZUMReal>(a),
+       ZUMSumChannels<ZUMReal>(a));
+  ADD2(kMoves, (Real, Two, Two), ZUMAtan2(a, b));
+  ADD1(kMoves, (Discrete, Two), ZUMSqr<ZUMLong>(a), a & 3, 3 & a, a | 3, 3 | a, a ^ 3, 3 ^ a, ~a,
+       ZUMSum<ZUMLong>(a), ZUMSumChannels<ZUMLong>(a));
+  ADD1(kMoves, (Complex, Two), ZUMRealComponent(a), ZUMImagComponent(a), ZUMComplexModule(a),
+       ZUMPhase(a), ZUMConjg(a), ZUMSum<ZUMComplex>(a), ZUMSumChannels<ZUMComplex>(a));
+  ADD2(kStays | kGrows, (Grey, Two, Number<6, 1>), ZUMHistogram(a, static_cast<unsigned>(b), 0, 6));
+  ADD3(kStays, (Grey, One, Number<0, 0>, Number<6, 0>),
+       ZUMHistogram(a, 5, static_cast<Like<decltype(a)>>(b), static_cast<Like<decltype(a)>>(c)));
+  ADD1(kStays, (Integer, Two), ZUMHistogram(a, 0, 0, 6));
+  ADD1(kStays, (Discrete, Two), ZUMPixelValueCnt(a), ZUMProjectX<ZUMLong>(a),
+       ZUMProjectY<ZUMLong>(a), ZUMProjectZ<ZUMLong>(a), ZUMProjectT<ZUMLong>(a));
+  ADD2(kStays, (Discrete, Two, Picture<ZUMLong>), ZUMPixelValueCnt<ZUMLong>(a, b));
+  ADD2(kStays, (Discrete, Two, Picture<ZUMReal>), ZUMPixelValueCnt<ZUMReal>(a, b));
+  ADD2(kMoves, (Discrete, Line<ZUMLong, 0>, Two), ZUMXProduct(a, b));
+  ADD2(kMoves, (Scalar, Line<ZUMReal, 0>, Two), ZUMXProduct(a, b));
+  ADD2(kMoves, (Discrete, Line<ZUMLong, 1>, Two), ZUMYProduct(a, b));
+  ADD2(kMoves, (Scalar, Line<ZUMReal, 1>, Two), ZUMYProduct(a, b));
+  ADD2(kMoves, (Discrete, Line<ZUMLong, 2>, Two), ZUMZProduct(a, b));
+  ADD2(kMoves, (Scalar, Line<ZUMReal, 2>, Two), ZUMZProduct(a, b));
+  ADD2(kMoves, (Discrete, Line<ZUMLong, 3>, Two), ZUMTProduct(a, b));
+  ADD2(kMoves, (Scalar, Line<ZUMReal, 3>, Two), ZUMTProduct(a, b));
+  ADD2(kMoves, (Bool, Two, Two), a && b, a || b);
+  ADD1(kMoves, (Bool, Two), a && 3, 3 && a, a || 3, 3 || a, !a);
+  ADD2(kMoves, (Discrete, Two, Two), a & b, a | b, a ^ b);
+  ADD2(kMoves, (Types<ZUMByte, ZUMShort>, One, Table<ZUMReal, -40000, 40000>), UnsafeLut(a, b));
+  ADD2(kMoves, (Discrete, One, Table<ZUMByte, -2, 4>), ZUMLut(a, b, 7));
+  ADD2(kMoves, (Discrete, Two, Table<ZUMComplex, 1, 4>), ZUMLut(a, b, 7));
+  ADD1(kDepends, (Bool, Two), ZUMMoment(a, 1, 2, 0, 1),
+       ZUMMoment(a, 1, 2, 0, 1, 0.5, 0.5, 0.5, 0.5));
+  ADD3(kDepends, (Bool, Two, Number<2>, Number<1>), ZUMMoment(a, b, c, 0, 0));
+  ADD3(kMoves, (Scalar, Two, Element<>, Element<ZUMBool, 2, 0>), ZUMGreaterCnt(a, b, c),
+       ZUMLessCnt(a, b, c));
+  ADD2(kMoves, (Types<ZUMReal, ZUMComplex>, Two, Two), ZUMPow(a, b));
+  ADD1(kMoves, (Types<ZUMReal, ZUMComplex>, Two), ZUMPow(a, 3), ZUMPow(3, a));
+  ADD1(kStays, (Real, Two), ZUMProjectX<ZUMReal>(a), ZUMProjectY<ZUMReal>(a),
+       ZUMProjectZ<ZUMReal>(a), ZUMProjectT<ZUMReal>(a));
+  ADD1(kStays, (Scalar, Two), ZUMProjectMaxX(a), ZUMProjectMinX(a), ZUMProjectMaxY(a),
+       ZUMProjectMinY(a), ZUMProjectMaxZ(a), ZUMProjectMinZ(a), ZUMProjectMaxT(a),
+       ZUMProjectMinT(a));
+  ADD3(kDepends, (Scalar, Plane<>, Number<3>, Number<4>), ZUMReadLine(a, b, 2, 7, c, 0, 0));
+  ADD1(kDepends, (Scalar, Plane<>),
+       ZUMReadLine(a, a.BeginX(), a.BeginY(), a.EndX(), a.EndY(), a.BeginZ(), 0));
+  ADD3(kDepends, (Scalar, Plane<>, Number<0>, Number<0>), ZUMReadLine(a, 1, 2, 7, 4, b, c));
+  ADD1(kMoves, (Byte, One), ZUMThermography(a));
 });
 
 }  // namespace

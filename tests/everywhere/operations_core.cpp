@@ -7,10 +7,12 @@
 namespace zuml_everywhere {
 namespace {
 
-template <class P, class Make>
-std::string Steps(const ZUMImage<P>& target, Make make) {
+using Two = Picture<>;
+
+template <class Make>
+std::string Steps(Make make) {
   ZUMDisplacementArray steps;
-  make(steps, target);
+  make(steps);
   std::string text;
   for (const long long offset : steps) text += Text(offset) + " ";
   return text;
@@ -21,6 +23,26 @@ std::string Print(const ZUMImage<P>& image) {
   std::ostringstream stream;
   stream << image;
   return stream ? "printed" : "";
+}
+
+template <class P>
+ZUMImage<P> DrawFrame(const ZUMImage<P>& image, const ZUMRect& margins) {
+  const ZUMImage<P> framed(image, margins, 1, P());
+  framed.RoD().DrawOutFrame(framed, margins, P(1));
+  return framed;
+}
+
+ZUMRect Displace(const ZUMRoDRef& rod, const ZUMRect& by) {
+  return DisplaceSides(rod, by.begin.x, by.begin.y, by.begin.z, by.begin.t, by.end.x, by.end.y,
+                       by.end.z, by.end.t)
+      .Rect();
+}
+
+ZUMPointList Points(const ZUMImage<ZUMBool>& element) {
+  ZUMPointList points;
+  points.FromNonZeroPixels(element);
+  points.Disarrange();
+  return points;
 }
 
 template <class Q>
@@ -35,62 +57,31 @@ std::string Describe(const ZUMKernel<Q>& kernel, const ZUMRoDRef& rod) {
 }
 
 const Register kCore([] {
-  // Views.
-  Add<Value, Picture<>>(CALL1(a.Channel(1)), kShares);
-  Add<Value, Picture<>>(CALL1(a.Channels(0, 1)), kShares);
-  Add<Value, Picture<>>(CALL1(a.Row(a.BeginY())), kShares);
-  Add<Value, Picture<>>(CALL1(a.Plane(a.BeginZ())), kShares);
-  Add<Value, Picture<>>(CALL1(a.Frame(a.BeginT())), kShares);
-  Add<Value, Picture<>, PlacedBox>(CALL2(a.Cut(b)), kShares);
-
-  Add<Value, Picture<>>(CALL1(ZUMCopy(a)));
-  Add<Value, Picture<>>(CALL1(static_cast<ZUMImage<ZUMByte>>(a)), kShares);  // one of bytes, itself
-  Add<Value, Picture<>>(CALL1(static_cast<ZUMImage<ZUMReal>>(a)), kShares);
-  Add<Value, Picture<>>(CALL1(Print(a)));
-  Add<Bool, Picture<>, Margins>(CALL2(ZUMImage<ZUMLong>(a, b, 2, 5).GetRasterSz()), kGrows);
-  Add<Value, Picture<>, Margins>(CALL2([](auto image, const ZUMRect& margins) {
-                                   using P = std::remove_cvref_t<decltype(image(0))>;
-                                   const ZUMImage<P> framed(image, margins, 1, P());
-                                   framed.RoD().DrawOutFrame(framed, margins, P(1));
-                                   return framed;
-                                 }(a, b)),
-                                 kShares | kGrows);  // the raster keeps its margins
-  Add<Bool, Picture<>, Window>(
-      CALL2(ZUMRoDRef(a.RoD().DisplaceSides(b.begin.x, b.begin.y, b.begin.z, b.begin.t, b.end.x,
-                                            b.end.y, b.end.z, b.end.t))
-                .Rect()),
-      kDepends);
-  Add<Bool, Picture<>, Window>(
-      CALL2(ZUMRoDRef(a.RoD().Translate(b.end.x, b.end.y, b.end.z, b.end.t)).Rect()), kDepends);
-  Add<Bool, Picture<>>(CALL1(ZUMRoDRef(a.RoD().Symmetry()).Rect()), kDepends);
-  Add<Bool, Picture<>>(CALL1(ZUMRoDRef(a.RoD().RotateZ(90)).Rect()), kDepends);
-  Add<Bool, Picture<>, Number<3>>(CALL2(ZUMRoDRef(a.RoDPart(1, b)).Rect()), kDepends);
-  Add<Bool, Picture<>, Number<3>>(CALL2(ZUMRoDRef(a.RoDVerticalPart(1, b)).Rect()), kDepends);
-  Add<Bool, Picture<>, PlacedBox>(CALL2(Intersection(a, ZUMRoDRef(b)).Rect()), kDepends);
-
-  // Elements as steps.
-  Add<Byte, Picture<>, Element<>>(CALL2(Steps(a, [&b](auto& s, auto& r) { s.FromPixels(r, b); })));
-  Add<Byte, Picture<>, Element<>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.FromNonZeroPixels(r, b); })));
-  Add<Byte, Picture<>, Element<>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.SymmetricFromNonZeroPixels(r, b); })));
-  Add<Byte, Picture<>, Element<ZUMLong>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.FromEqualPixels(r, b, 1); })));
-  Add<Byte, Picture<>, Element<>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.FromNonZeroPixelsL2RIn(r, b); })));
-  Add<Byte, Picture<>, Element<>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.SymmetricFromNonZeroPixelsL2ROut(r, b); })));
-  Add<Byte, Picture<>, Element<>>(CALL2(Steps(a, [&b](auto& s, auto& r) {
-    ZUMPointList points;
-    points.FromNonZeroPixels(b);
-    points.Disarrange();
-    s.FromPointList(r, points);
-  })));
-  Add<Byte, Picture<>, Element<ZUMBool, 1, 1, 0, 0>>(
-      CALL2(Steps(a, [&b](auto& s, auto& r) { s.SurroundPath(r, b); })));
-  Add<Byte, Element<>>(CALL1(zuml_detail::RequireConnectivity("", a)));
-  Add<Byte, Picture<>, Kernel<ZUMLong>>(CALL2(Describe(b, a)), kDepends);
-  Add<Byte, Picture<>, LineKernel<ZUMReal>>(CALL2(Describe(b, a)), kDepends);
+  ADD1(kShares, (Value, Two), a.Channel(1), a.Channels(0, 1), a.Row(a.BeginY()),
+       a.Plane(a.BeginZ()), a.Frame(a.BeginT()), static_cast<ZUMImage<ZUMByte>>(a),
+       static_cast<ZUMImage<ZUMReal>>(a));
+  ADD2(kShares, (Value, Two, PlacedBox), a.Cut(b));
+  ADD1(kMoves, (Value, Two), ZUMCopy(a), Print(a));
+  ADD2(kShares | kGrows, (Value, Two, Margins), DrawFrame(a, b));
+  ADD2(kDepends, (Bool, Two, Window), Displace(a, b),
+       ZUMRoDRef(a.RoD().Translate(b.end.x, b.end.y, b.end.z, b.end.t)).Rect());
+  ADD1(kDepends, (Bool, Two), ZUMRoDRef(a.RoD().Symmetry()).Rect(),
+       ZUMRoDRef(a.RoD().RotateZ(90)).Rect());
+  ADD2(kDepends, (Bool, Two, Number<3>), ZUMRoDRef(a.RoDPart(1, b)).Rect(),
+       ZUMRoDRef(a.RoDVerticalPart(1, b)).Rect());
+  ADD2(kDepends, (Bool, Two, PlacedBox), Intersection(a, ZUMRoDRef(b)).Rect());
+  ADD2(kMoves, (Byte, Two, Element<>), Steps([&](auto& s) { s.FromPixels(a, b); }),
+       Steps([&](auto& s) { s.FromNonZeroPixels(a, b); }),
+       Steps([&](auto& s) { s.SymmetricFromNonZeroPixels(a, b); }),
+       Steps([&](auto& s) { s.FromNonZeroPixelsL2RIn(a, b); }),
+       Steps([&](auto& s) { s.SymmetricFromNonZeroPixelsL2ROut(a, b); }),
+       Steps([&](auto& s) { s.FromPointList(a, Points(b)); }));
+  ADD2(kMoves, (Byte, Two, Element<ZUMLong>), Steps([&](auto& s) { s.FromEqualPixels(a, b, 1); }));
+  ADD2(kMoves, (Byte, Two, Element<ZUMBool, 1, 1, 0, 0>),
+       Steps([&](auto& s) { s.SurroundPath(a, b); }));
+  ADD1(kMoves, (Byte, Element<>), zuml_detail::RequireConnectivity("", a));
+  ADD2(kDepends, (Byte, Two, Kernel<ZUMLong>), Describe(b, a));
+  ADD2(kDepends, (Byte, Two, LineKernel<ZUMReal>), Describe(b, a));
 });
 
 }  // namespace

@@ -31,82 +31,60 @@ std::string MaskMaxVol(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& mask) 
 }
 
 const Register kFilters([] {
-  Add<Discrete, Plane<>>(CALL1(ZUMAccumImage<ZUMLong>(a)));
-  Add<Real, Plane<>>(CALL1(ZUMAccumImage<ZUMReal>(a)));
-  Add<Discrete, Plane<>>(CALL1(ZUMXAccumImage<ZUMLong>(a)));
-  Add<Real, Plane<>>(CALL1(ZUMXAccumImage<ZUMReal>(a)));
-  Add<Discrete, Plane<>>(CALL1(ZUMYAccumImage<ZUMLong>(a)));
-  Add<Real, Plane<>>(CALL1(ZUMYAccumImage<ZUMReal>(a)));
-  Add<Discrete, Two, Element<>>(CALL2(ZUMSum<ZUMLong>(a, b)));
-  Add<Discrete, Two, Element<ZUMBool, 1, 1, 0, 0, 2>>(CALL2(ZUMSum<ZUMLong>(a, b)));
-  Add<Discrete, Two, Element<ZUMBool, 2, 1, 0, 0>>(CALL2(ZUMSum<ZUMLong>(a, b)));
-  Add<Discrete, Two, Window>(CALL2(ZUMSum<ZUMLong>(a, b)));
-  Add<Discrete, Two, Window>(CALL2(ZUMSum<ZUMLong>(a, ZUMRoDRef(b))));
-  Add<Real, Two, Element<>>(CALL2(ZUMSum<ZUMReal>(a, b)));
-  Add<Real, Two, Element<ZUMBool, 1, 1, 0, 0, 2>>(CALL2(ZUMSum<ZUMReal>(a, b)));
-  Add<Real, Two, Element<ZUMBool, 2, 1, 0, 0>>(CALL2(ZUMSum<ZUMReal>(a, b)));
-  Add<Real, Two, Window>(CALL2(ZUMSum<ZUMReal>(a, b)));
-  Add<Real, Two, Window>(CALL2(ZUMSum<ZUMReal>(a, ZUMRoDRef(b))));
-  Add<Complex, Two, Element<>>(CALL2(ZUMSum<ZUMComplex>(a, b)));
-  Add<Complex, Two, Element<ZUMBool, 1, 1, 0, 0, 2>>(CALL2(ZUMSum<ZUMComplex>(a, b)));
-  Add<Complex, Two, Element<ZUMBool, 2, 1, 0, 0>>(CALL2(ZUMSum<ZUMComplex>(a, b)));
-  Add<Complex, Two, Window>(CALL2(ZUMSum<ZUMComplex>(a, b)));
-  Add<Complex, Two, Window>(CALL2(ZUMSum<ZUMComplex>(a, ZUMRoDRef(b))));
-  Add<Discrete, Two, Element<>, Mask>(CALL3(ZUMSumMasked<ZUMLong>(a, b, c, 3)));
-  Add<Discrete, Two, Element<ZUMBool, 1, 1, 0, 0, 2>, Mask>(
-      CALL3(ZUMSumMasked<ZUMLong>(a, b, c, 3)));
-  Add<Real, Two, Element<>, Mask>(CALL3(ZUMSumMasked<ZUMReal>(a, b, c, 3)));
-  Add<Real, Two, Element<ZUMBool, 1, 1, 0, 0, 2>, Mask>(CALL3(ZUMSumMasked<ZUMReal>(a, b, c, 3)));
-  Add<Integer, Two, Two, Element<>>(CALL3(ZUMSumThr<ZUMLong>(a, b, c)));
-  Add<Real, Two, Two, Element<>>(CALL3(ZUMSumThr<ZUMReal>(a, b, c)));
-  Add<Ordered, Two, Element<ZUMLong>>(CALL2(ZUMConv(a, b)));
-  Add<Ordered, Two, Element<ZUMReal>>(CALL2(ZUMConv(a, b)));
-  Add<Ordered, Two, Element<ZUMSReal>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two, Element<ZUMLong, 1, 1, 0, 0, 2>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, One, Element<ZUMReal, 1, 1, 0, 0, 2>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two, Kernel<ZUMLong>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMLong>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two>(CALL1(ZUMConv(a, NoStage<ZUMLong>())));
-  Add<Scalar, Two, Kernel<ZUMReal>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMReal>>(CALL2(ZUMConv(a, b)));
-  Add<Scalar, Two>(CALL1(ZUMConv(a, NoStage<ZUMReal>())));
-  Add<Scalar, Two, Element<ZUMLong>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two, Element<ZUMReal>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two, Element<ZUMLong, 1, 1, 0, 0, 2>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, One, Element<ZUMReal, 1, 1, 0, 0, 2>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two, Kernel<ZUMLong>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMLong>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two>(CALL1(ZUMCorr(a, NoStage<ZUMLong>())));
-  Add<Scalar, Two, Kernel<ZUMReal>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMReal>>(CALL2(ZUMCorr(a, b)));
-  Add<Scalar, Two>(CALL1(ZUMCorr(a, NoStage<ZUMReal>())));
-  Add<Ordered, Two, Element<ZUMLong>>(CALL2(ZUMConvEx(a, b)));
-  Add<Ordered, Two, Element<ZUMReal>>(CALL2(ZUMConvEx(a, b)));
-  Add<Ordered, Two, Element<ZUMSReal>>(CALL2(ZUMConvEx(a, b)));
-  Add<Scalar, Two, Element<ZUMLong, 1, 0, 0, 0>>(CALL2(ZUMDeriveEx(a, b)));
-  Add<Scalar, Two, Element<ZUMLong, 0, 1, 0, 0>>(CALL2(ZUMDeriveEx(a, b)));
-  Add<Scalar, Two, Element<ZUMReal, 1, 0, 0, 0>>(CALL2(ZUMDeriveEx(a, b)));
-  Add<Scalar, Two, Element<ZUMReal, 0, 1, 0, 0>>(CALL2(ZUMDeriveEx(a, b)));
-  Add<Scalar, Two, Element<Pix>>(CALL2(ZUMCorCoef(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMMean(a, b)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMMean(a, b)));
-  Add<Scalar, Two, Element<ZUMReal>>(CALL2(ZUMMean(a, b)));
-  Add<Discrete, Two, Kernel<ZUMLong>>(CALL2(ZUMMean(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMReal>>(CALL2(ZUMMean(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMStdDeviation(a, b)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMStdDeviation(a, b)));
-  Add<Scalar, Two, Element<ZUMReal>>(CALL2(ZUMStdDeviation(a, b)));
-  Add<Discrete, Two, Kernel<ZUMLong>>(CALL2(ZUMStdDeviation(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMReal>>(CALL2(ZUMStdDeviation(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMVariance(a, b)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMVariance(a, b)));
-  Add<Scalar, Two, Element<ZUMReal>>(CALL2(ZUMVariance(a, b)));
-  Add<Discrete, Two, Kernel<ZUMLong>>(CALL2(ZUMVariance(a, b)));
-  Add<Scalar, Two, LineKernel<ZUMReal>>(CALL2(ZUMVariance(a, b)));
-  Add<Integer, One, Element<>>(CALL2(MaskMaxVol<ZUMLong>(a, b)));
-  Add<Real, One, Element<>>(CALL2(MaskMaxVol<ZUMReal>(a, b)));
-  Add<Scalar, Two, Mask>(CALL2(ZUMMedianMasked(a, b)));
-  Add<Scalar, Two, Element<>, Mask>(CALL3(ZUMMedianMasked(a, b, c)));
+  ADD1(kMoves, (Discrete, Plane<>), ZUMAccumImage<ZUMLong>(a), ZUMXAccumImage<ZUMLong>(a),
+       ZUMYAccumImage<ZUMLong>(a));
+  ADD1(kMoves, (Real, Plane<>), ZUMAccumImage<ZUMReal>(a), ZUMXAccumImage<ZUMReal>(a),
+       ZUMYAccumImage<ZUMReal>(a));
+  ADD2(kMoves, (Discrete, Two, Element<>), ZUMSum<ZUMLong>(a, b));
+  ADD2(kMoves, (Discrete, Two, Element<ZUMBool, 1, 1, 0, 0, 2>), ZUMSum<ZUMLong>(a, b));
+  ADD2(kMoves, (Discrete, Two, Element<ZUMBool, 2, 1, 0, 0>), ZUMSum<ZUMLong>(a, b));
+  ADD2(kMoves, (Discrete, Two, Window), ZUMSum<ZUMLong>(a, b), ZUMSum<ZUMLong>(a, ZUMRoDRef(b)));
+  ADD2(kMoves, (Real, Two, Element<>), ZUMSum<ZUMReal>(a, b));
+  ADD2(kMoves, (Real, Two, Element<ZUMBool, 1, 1, 0, 0, 2>), ZUMSum<ZUMReal>(a, b));
+  ADD2(kMoves, (Real, Two, Element<ZUMBool, 2, 1, 0, 0>), ZUMSum<ZUMReal>(a, b));
+  ADD2(kMoves, (Real, Two, Window), ZUMSum<ZUMReal>(a, b), ZUMSum<ZUMReal>(a, ZUMRoDRef(b)));
+  ADD2(kMoves, (Complex, Two, Element<>), ZUMSum<ZUMComplex>(a, b));
+  ADD2(kMoves, (Complex, Two, Element<ZUMBool, 1, 1, 0, 0, 2>), ZUMSum<ZUMComplex>(a, b));
+  ADD2(kMoves, (Complex, Two, Element<ZUMBool, 2, 1, 0, 0>), ZUMSum<ZUMComplex>(a, b));
+  ADD2(kMoves, (Complex, Two, Window), ZUMSum<ZUMComplex>(a, b),
+       ZUMSum<ZUMComplex>(a, ZUMRoDRef(b)));
+  ADD3(kMoves, (Discrete, Two, Element<>, Mask), ZUMSumMasked<ZUMLong>(a, b, c, 3));
+  ADD3(kMoves, (Discrete, Two, Element<ZUMBool, 1, 1, 0, 0, 2>, Mask),
+       ZUMSumMasked<ZUMLong>(a, b, c, 3));
+  ADD3(kMoves, (Real, Two, Element<>, Mask), ZUMSumMasked<ZUMReal>(a, b, c, 3));
+  ADD3(kMoves, (Real, Two, Element<ZUMBool, 1, 1, 0, 0, 2>, Mask),
+       ZUMSumMasked<ZUMReal>(a, b, c, 3));
+  ADD3(kMoves, (Integer, Two, Two, Element<>), ZUMSumThr<ZUMLong>(a, b, c));
+  ADD3(kMoves, (Real, Two, Two, Element<>), ZUMSumThr<ZUMReal>(a, b, c));
+  ADD2(kMoves, (Ordered, Two, Element<ZUMLong>), ZUMConv(a, b), ZUMConvEx(a, b));
+  ADD2(kMoves, (Ordered, Two, Element<ZUMReal>), ZUMConv(a, b), ZUMConvEx(a, b));
+  ADD2(kMoves, (Ordered, Two, Element<ZUMSReal>), ZUMConv(a, b), ZUMConvEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMLong, 1, 1, 0, 0, 2>), ZUMConv(a, b), ZUMCorr(a, b));
+  ADD2(kMoves, (Scalar, One, Element<ZUMReal, 1, 1, 0, 0, 2>), ZUMConv(a, b), ZUMCorr(a, b));
+  ADD2(kMoves, (Scalar, Two, Kernel<ZUMLong>), ZUMConv(a, b), ZUMCorr(a, b));
+  ADD2(kMoves, (Scalar, Two, LineKernel<ZUMLong>), ZUMConv(a, b), ZUMCorr(a, b));
+  ADD1(kMoves, (Scalar, Two), ZUMConv(a, NoStage<ZUMLong>()), ZUMConv(a, NoStage<ZUMReal>()),
+       ZUMCorr(a, NoStage<ZUMLong>()), ZUMCorr(a, NoStage<ZUMReal>()));
+  ADD2(kMoves, (Scalar, Two, Kernel<ZUMReal>), ZUMConv(a, b), ZUMCorr(a, b));
+  ADD2(kMoves, (Scalar, Two, LineKernel<ZUMReal>), ZUMConv(a, b), ZUMCorr(a, b), ZUMMean(a, b),
+       ZUMStdDeviation(a, b), ZUMVariance(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMLong>), ZUMCorr(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMReal>), ZUMCorr(a, b), ZUMMean(a, b), ZUMStdDeviation(a, b),
+       ZUMVariance(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMLong, 1, 0, 0, 0>), ZUMDeriveEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMLong, 0, 1, 0, 0>), ZUMDeriveEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMReal, 1, 0, 0, 0>), ZUMDeriveEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<ZUMReal, 0, 1, 0, 0>), ZUMDeriveEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<Pix>), ZUMCorCoef(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<>), ZUMMean(a, b), ZUMStdDeviation(a, b), ZUMVariance(a, b));
+  ADD2(kMoves, (Discrete, Two, Element<ZUMLong>), ZUMMean(a, b), ZUMStdDeviation(a, b),
+       ZUMVariance(a, b));
+  ADD2(kMoves, (Discrete, Two, Kernel<ZUMLong>), ZUMMean(a, b), ZUMStdDeviation(a, b),
+       ZUMVariance(a, b));
+  ADD2(kMoves, (Integer, One, Element<>), MaskMaxVol<ZUMLong>(a, b));
+  ADD2(kMoves, (Real, One, Element<>), MaskMaxVol<ZUMReal>(a, b));
+  ADD2(kMoves, (Scalar, Two, Mask), ZUMMedianMasked(a, b));
+  ADD3(kMoves, (Scalar, Two, Element<>, Mask), ZUMMedianMasked(a, b, c));
 });
 
 }  // namespace

@@ -29,65 +29,40 @@ ZUMImage<ZUMLong> Columns(const ZUMImage<P>& image) {
 }
 
 const Register kGeometry([] {
-  Add<Bool, PlacedBox>(CALL1(ZUMCoorsImage(ZUMRoDRef(a))), kDepends | kGrows);
-  Add<Bool, PlacedBox>(CALL1(ZUMXsImage(ZUMRoDRef(a))), kDepends | kGrows);
-  Add<Bool, PlacedBox>(CALL1(ZUMYsImage(ZUMRoDRef(a))), kDepends | kGrows);
-  Add<Bool, PlacedBox>(CALL1(ZUMZsImage(ZUMRoDRef(a))), kDepends | kGrows);
-  Add<Bool, PlacedBox>(CALL1(ZUMTsImage(ZUMRoDRef(a))), kDepends | kGrows);
-  Add<Value, Two, Number<3, 0>, Number<-2, 0>>(CALL3(ZUMTranslate(a, b, c, 1, 0)), kShares);
-  Add<Value, Two, Number<1, 0>, Number<-1, 0>>(CALL3(ZUMTranslate(a, {0, 0, b, c})), kShares);
-  Add<Value, Two>(CALL1(ZUMSymmetry(a)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMSymmetryX(a)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMSymmetryY(a)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMSymmetryZ(a)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMSymmetryT(a)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMRotateZ(a, 0)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMRotateZ(a, 90)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMRotateZ(a, 180)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMRotateZ(a, 270)), kMirrors);
-  Add<Value, Two, Number<-450, 360>>(CALL2(ZUMRotateZ(a, b)), kMirrors);
-  Add<Value, Two>(CALL1(ZUMTranspose(a)), kStays);
-  Add<Numeric, Two>(CALL1(ZUMBinning2D(a, 2, 2)), kDepends);
-  Add<Numeric, Two>(CALL1(ZUMBinning2D(a, 3, 3)), kDepends);
-  Add<Numeric, Two>(CALL1(ZUMBinning2D(a, 4, 4)), kDepends);
-  Add<Numeric, Two, Number<2>, Number<1>>(CALL3(ZUMBinning2D(a, b, c)), kDepends | kShares);
-  Add<Ordered, Two>(CALL1(ZUMZoom2D(a, 2, 2)), kDepends);
-  Add<Ordered, Two>(CALL1(ZUMZoom2D(a, 3, 3)), kDepends);
-  Add<Ordered, Two, Number<1>, Number<4>>(CALL3(ZUMZoom2D(a, b, c)), kDepends | kShares | kGrows);
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 0)));
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 1)));
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 2)));
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 3)));
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 4)));
-  Add<Scalar, Plane<>>(CALL1(ZUMInterlacedField(a, 5)));
-  Add<Scalar, Two, PlacedBox>(
-      CALL2(ZUMWarpAffine2D(a, ZUMRoDRef(b), kAffine, ZUMInterpolationNearest, 3)),
-      kDepends | kGrows);
-  Add<Scalar, Two, PlacedBox>(CALL2(WarpByMatrix(a, b, ZUMInterpolationNearest)),
-                              kDepends | kGrows);
-  Add<Scalar, Two, PlacedBox>(
-      CALL2(ZUMWarp2D(a, ZUMRoDRef(b), kQuadratic, ZUMInterpolationNearest, 3)), kDepends | kGrows);
-  Add<Scalar, Two, Number<4>>(
-      CALL2(ZUMCartesianToPolarIm(a, {4, 4}, b, 0.25, ZUMInterpolationNearest, 3)),
-      kDepends | kGrows);
-  Add<Scalar, Plane<>, Number<3>, Number<4>>(
-      CALL3(ZUMCartesianToPolarIm(a, {b, c}, 5, 0, ZUMInterpolationNearest, 3)), kDepends);
-  Add<Scalar, Plane<>>(CALL1(ZUMPolarToCartesianIm(a, 0, ZUMInterpolationNearest, 3)),
-                       kDepends | kGrows);
-  Add<Scalar, Two, PlacedBox>(
-      CALL2(ZUMWarpAffine2D(a, ZUMRoDRef(b), kAffine, ZUMInterpolationLinear, 3)),
-      kDepends | kGrows);
-  Add<Scalar, Two, PlacedBox>(CALL2(WarpByMatrix(a, b, ZUMInterpolationLinear)), kDepends | kGrows);
-  Add<Scalar, Two, PlacedBox>(
-      CALL2(ZUMWarp2D(a, ZUMRoDRef(b), kQuadratic, ZUMInterpolationLinear, 3)), kDepends | kGrows);
-  Add<Scalar, Two, Number<4>>(
-      CALL2(ZUMCartesianToPolarIm(a, {4, 4}, b, 0.25, ZUMInterpolationLinear, 3)),
-      kDepends | kGrows);
-  Add<Scalar, Plane<>, Number<3>, Number<4>>(
-      CALL3(ZUMCartesianToPolarIm(a, {b, c}, 5, 0, ZUMInterpolationLinear, 3)), kDepends);
-  Add<Scalar, Plane<>>(CALL1(ZUMPolarToCartesianIm(a, 0, ZUMInterpolationLinear, 3)),
-                       kDepends | kGrows);
-  Add<Algebra, Two>(CALL1(ZUMWarpXLut(a, Columns(a))), kStays);
+  ADD1(kDepends | kGrows, (Bool, PlacedBox), ZUMCoorsImage(ZUMRoDRef(a)), ZUMXsImage(ZUMRoDRef(a)),
+       ZUMYsImage(ZUMRoDRef(a)), ZUMZsImage(ZUMRoDRef(a)), ZUMTsImage(ZUMRoDRef(a)));
+  ADD3(kShares, (Value, Two, Number<3, 0>, Number<-2, 0>), ZUMTranslate(a, b, c, 1, 0));
+  ADD3(kShares, (Value, Two, Number<1, 0>, Number<-1, 0>), ZUMTranslate(a, {0, 0, b, c}));
+  ADD1(kMirrors, (Value, Two), ZUMSymmetry(a), ZUMSymmetryX(a), ZUMSymmetryY(a), ZUMSymmetryZ(a),
+       ZUMSymmetryT(a), ZUMRotateZ(a, 0), ZUMRotateZ(a, 90), ZUMRotateZ(a, 180),
+       ZUMRotateZ(a, 270));
+  ADD2(kMirrors, (Value, Two, Number<-450, 360>), ZUMRotateZ(a, b));
+  ADD1(kStays, (Value, Two), ZUMTranspose(a));
+  ADD1(kDepends, (Numeric, Two), ZUMBinning2D(a, 2, 2), ZUMBinning2D(a, 3, 3),
+       ZUMBinning2D(a, 4, 4));
+  ADD3(kDepends | kShares, (Numeric, Two, Number<2>, Number<1>), ZUMBinning2D(a, b, c));
+  ADD1(kDepends, (Ordered, Two), ZUMZoom2D(a, 2, 2), ZUMZoom2D(a, 3, 3));
+  ADD3(kDepends | kShares | kGrows, (Ordered, Two, Number<1>, Number<4>), ZUMZoom2D(a, b, c));
+  ADD1(kMoves, (Scalar, Plane<>), ZUMInterlacedField(a, 0), ZUMInterlacedField(a, 1),
+       ZUMInterlacedField(a, 2), ZUMInterlacedField(a, 3), ZUMInterlacedField(a, 4),
+       ZUMInterlacedField(a, 5));
+  ADD2(kDepends | kGrows, (Scalar, Two, PlacedBox),
+       ZUMWarpAffine2D(a, ZUMRoDRef(b), kAffine, ZUMInterpolationNearest, 3),
+       WarpByMatrix(a, b, ZUMInterpolationNearest),
+       ZUMWarp2D(a, ZUMRoDRef(b), kQuadratic, ZUMInterpolationNearest, 3),
+       ZUMWarpAffine2D(a, ZUMRoDRef(b), kAffine, ZUMInterpolationLinear, 3),
+       WarpByMatrix(a, b, ZUMInterpolationLinear),
+       ZUMWarp2D(a, ZUMRoDRef(b), kQuadratic, ZUMInterpolationLinear, 3));
+  ADD2(kDepends | kGrows, (Scalar, Two, Number<4>),
+       ZUMCartesianToPolarIm(a, {4, 4}, b, 0.25, ZUMInterpolationNearest, 3),
+       ZUMCartesianToPolarIm(a, {4, 4}, b, 0.25, ZUMInterpolationLinear, 3));
+  ADD3(kDepends, (Scalar, Plane<>, Number<3>, Number<4>),
+       ZUMCartesianToPolarIm(a, {b, c}, 5, 0, ZUMInterpolationNearest, 3),
+       ZUMCartesianToPolarIm(a, {b, c}, 5, 0, ZUMInterpolationLinear, 3));
+  ADD1(kDepends | kGrows, (Scalar, Plane<>),
+       ZUMPolarToCartesianIm(a, 0, ZUMInterpolationNearest, 3),
+       ZUMPolarToCartesianIm(a, 0, ZUMInterpolationLinear, 3));
+  ADD1(kStays, (Algebra, Two), ZUMWarpXLut(a, Columns(a)));
 });
 
 }  // namespace

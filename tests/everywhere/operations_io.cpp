@@ -48,33 +48,29 @@ void WriteLater(const ZUMImage<ZUMByte>& image) {
 }
 
 const Register kIo([] {
-  Add<Byte, Plane<Pix, 3>>(CALL1(Write(ZUMWriteEPS, a)), kDepends);
-  Add<Byte, Plane<>>(CALL1(Write(ZUMWriteEPS, a)), kDepends);
-  Add<Byte, Plane<Pix, 1>>(CALL1(WriteAndRead(ZUMWriteBMP, ZUMReadBMP, a)), kStays);
-  Add<Byte, Plane<Pix, 1>>(CALL1(WriteAndRead(ZUMWritePNG, ZUMReadPNG, a)), kStays);
-  Add<Byte, Plane<Pix, 1>>(CALL1(WriteAndRead(ZUMWriteByteTIFF, ZUMReadByteTIFF, a)), kStays);
-  Add<Byte, Plane<Pix, 1>>(
-      CALL1(WriteAndRead([](auto& i, auto p) { ZUMWriteJPEG(i, p, 90); }, ZUMReadJPEG, a)), kStays);
-  Add<Byte, Plane<Pix, 1>>(CALL1(WriteAndRead(ZUMWritePNG, ZUMReadImage, a)), kStays);
-  Add<Ordered, Plane<Pix, 1>>(CALL1(WriteAndRead(ZUMWriteTIFF, ZUMReadTIFF, a)), kStays);
-  Add<Byte, Plane<Pix, 3>>(CALL1(WriteAndRead(ZUMWriteBMP, ZUMReadBMP, a)), kStays);
-  Add<Byte, Plane<Pix, 3>>(CALL1(WriteAndRead(ZUMWritePNG, ZUMReadPNG, a)), kStays);
-  Add<Byte, Plane<Pix, 3>>(CALL1(WriteAndRead(ZUMWriteByteTIFF, ZUMReadByteTIFF, a)), kStays);
-  Add<Byte, Plane<Pix, 3>>(
-      CALL1(WriteAndRead([](auto& i, auto p) { ZUMWriteJPEG(i, p, 90); }, ZUMReadJPEG, a)), kStays);
-  Add<Byte, Plane<Pix, 3>>(CALL1(WriteAndRead(ZUMWritePNG, ZUMReadImage, a)), kStays);
-  Add<Ordered, Plane<Pix, 3>>(CALL1(WriteAndRead(ZUMWriteTIFF, ZUMReadTIFF, a)), kStays);
-  Add<Byte, Plane<>, Number<90>>(CALL2(Write([&b](auto& i, auto p) { ZUMWriteJPEG(i, p, b); }, a)));
-  Add<Real, Plane<>>(CALL1(WriteAndRead(ZUMWriteTxtImage, ZUMReadTxtImage, a)), kStays);
-  Add<Value, Two>(CALL1(WriteAndRead([](auto& i, auto p) { ZUMWriteZMG(i, p, false); },
-                                     [](auto p) { return ZUMReadZMG(p); }, a)));
-  Add<Value, Two>(CALL1(WriteAndRead([](auto& i, auto p) { ZUMWriteZMG(i, p, true); },
-                                     [](auto p) { return ZUMReadZMG(p); }, a)));
-  Add<Value, Two>(CALL1(Stream(a)));
-  Add<Real, Two>(CALL1(ZUMImageHasInf(a)));
-  Add<Real, Two>(CALL1(ZUMImageHasNaN(a)));
-  Add<Real, Two>(CALL1(ZUMImageIsFinite(a)));
-  Add<Byte, Plane<>>(CALL1(WriteLater(a)));
+  ADD1(kDepends, (Byte, Plane<Pix, 3>), Write(ZUMWriteEPS, a));
+  ADD1(kDepends, (Byte, Plane<>), Write(ZUMWriteEPS, a));
+  ADD1(kStays, (Byte, Plane<Pix, 1>), WriteAndRead(ZUMWriteBMP, ZUMReadBMP, a),
+       WriteAndRead(ZUMWritePNG, ZUMReadPNG, a), WriteAndRead(ZUMWriteByteTIFF, ZUMReadByteTIFF, a),
+       WriteAndRead([](auto& i, auto p) { ZUMWriteJPEG(i, p, 90); }, ZUMReadJPEG, a),
+       WriteAndRead(ZUMWritePNG, ZUMReadImage, a));
+  ADD1(kStays, (Ordered, Plane<Pix, 1>), WriteAndRead(ZUMWriteTIFF, ZUMReadTIFF, a));
+  ADD1(kStays, (Byte, Plane<Pix, 3>), WriteAndRead(ZUMWriteBMP, ZUMReadBMP, a),
+       WriteAndRead(ZUMWritePNG, ZUMReadPNG, a), WriteAndRead(ZUMWriteByteTIFF, ZUMReadByteTIFF, a),
+       WriteAndRead([](auto& i, auto p) { ZUMWriteJPEG(i, p, 90); }, ZUMReadJPEG, a),
+       WriteAndRead(ZUMWritePNG, ZUMReadImage, a));
+  ADD1(kStays, (Ordered, Plane<Pix, 3>), WriteAndRead(ZUMWriteTIFF, ZUMReadTIFF, a));
+  ADD2(kMoves, (Byte, Plane<>, Number<90>),
+       Write([&b](auto& i, auto p) { ZUMWriteJPEG(i, p, b); }, a));
+  ADD1(kStays, (Real, Plane<>), WriteAndRead(ZUMWriteTxtImage, ZUMReadTxtImage, a));
+  ADD1(kMoves, (Value, Two),
+       WriteAndRead([](auto& i, auto p) { ZUMWriteZMG(i, p, false); },
+                    [](auto p) { return ZUMReadZMG(p); }, a),
+       WriteAndRead([](auto& i, auto p) { ZUMWriteZMG(i, p, true); },
+                    [](auto p) { return ZUMReadZMG(p); }, a),
+       Stream(a));
+  ADD1(kMoves, (Real, Two), ZUMImageHasInf(a), ZUMImageHasNaN(a), ZUMImageIsFinite(a));
+  ADD1(kMoves, (Byte, Plane<>), WriteLater(a));
 });
 
 }  // namespace

@@ -15,48 +15,28 @@ using One = Picture<Pix, 1>;
 using Mask = Picture<ZUMBool>;
 
 const Register kMorphology([] {
-  Add<Scalar, Two, Window>(CALL2(ZUMDilate(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMDilate(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMDilate(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMDilateEx(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMDilateEx(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMDilateEx(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMErode(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMErode(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMErode(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMErodeEx(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMErodeEx(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMErodeEx(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMMinAdd(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMMinAdd(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMMinAdd(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMMinAddEx(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMMinAddEx(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMMinAddEx(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMMinSub(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMMinSub(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMMinSub(a, b)));
-  Add<Scalar, Two, Window>(CALL2(ZUMMinSubEx(a, b)));
-  Add<Scalar, Two, Element<>>(CALL2(ZUMMinSubEx(a, b)));
-  Add<Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>>(CALL2(ZUMMinSubEx(a, b)));
-  Add<Discrete, Picture<Pix, 3>, Element<>>(CALL2(ZUMMaxL1Diff<ZUMLong>(a, b)));
-  Add<Real, Picture<Pix, 3>, Element<>>(CALL2(ZUMMaxL1Diff<ZUMReal>(a, b)));
-  Add<Scalar, Picture<Pix, 3>, Element<>>(CALL2(ZUMMaxL2Diff<ZUMReal>(a, b)));
-  Add<Real, Two, Element<ZUMLong>, Number<1>>(CALL3(ZUMDilateWMAcum(a, b, c, 0.5)));
-  Add<Real, Two, Element<ZUMLong>, Number<1>>(CALL3(ZUMDilateWMAcum2(a, b, c)));
-  Add<Real, Two, Element<ZUMLong, 1, 1, 0, 0>>(CALL2(ZUMDilateGradAcum(a, b)));
-  Add<Scalar, Two, Mask, Element<>>(CALL3(ZUMDilateValue(a, b, c)));
-  Add<Scalar, Two, Picture<ZUMBool, 1>, Element<>>(CALL3(ZUMDilateValue(a, b, c)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMDilateSum<ZUMLong>(a, b)));
-  Add<Real, Two, Element<ZUMLong>>(CALL2(ZUMDilateSum<ZUMReal>(a, b)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMDilateSumEx<ZUMLong>(a, b)));
-  Add<Real, Two, Element<ZUMLong>>(CALL2(ZUMDilateSumEx<ZUMReal>(a, b)));
-  Add<Discrete, Two, Element<ZUMLong>>(CALL2(ZUMDilateMedian<ZUMLong>(a, b)));
-  Add<Real, Two, Element<ZUMLong>>(CALL2(ZUMDilateMedian<ZUMReal>(a, b)));
-  Add<Bool, Two, Element<ZUMLong>>(CALL2(ZUMMaxErode(a, b)));
-  Add<Scalar, One, Element<>>(CALL2(ZUMDilateCoordsEx(a, b)), kDepends);
-  Add<Scalar, One, Element<>>(CALL2(ZUMErodeCoordsEx(a, b)), kDepends);
-  Add<Real, One, Element<>, Element<ZUMReal>>(CALL3(ZUMDilateAndDistanceEx(a, b, c)));
+  ADD2(kMoves, (Scalar, Two, Window), ZUMDilate(a, b), ZUMDilateEx(a, b), ZUMErode(a, b),
+       ZUMErodeEx(a, b), ZUMMinAdd(a, b), ZUMMinAddEx(a, b), ZUMMinSub(a, b), ZUMMinSubEx(a, b));
+  ADD2(kMoves, (Scalar, Two, Element<>), ZUMDilate(a, b), ZUMDilateEx(a, b), ZUMErode(a, b),
+       ZUMErodeEx(a, b), ZUMMinAdd(a, b), ZUMMinAddEx(a, b), ZUMMinSub(a, b), ZUMMinSubEx(a, b));
+  ADD2(kMoves, (Types<ZUMBool, ZUMByte>, Two, Element<ZUMBool, 2, 0, 0, 0>), ZUMDilate(a, b),
+       ZUMDilateEx(a, b), ZUMErode(a, b), ZUMErodeEx(a, b), ZUMMinAdd(a, b), ZUMMinAddEx(a, b),
+       ZUMMinSub(a, b), ZUMMinSubEx(a, b));
+  ADD2(kMoves, (Discrete, Picture<Pix, 3>, Element<>), ZUMMaxL1Diff<ZUMLong>(a, b));
+  ADD2(kMoves, (Real, Picture<Pix, 3>, Element<>), ZUMMaxL1Diff<ZUMReal>(a, b));
+  ADD2(kMoves, (Scalar, Picture<Pix, 3>, Element<>), ZUMMaxL2Diff<ZUMReal>(a, b));
+  ADD3(kMoves, (Real, Two, Element<ZUMLong>, Number<1>), ZUMDilateWMAcum(a, b, c, 0.5),
+       ZUMDilateWMAcum2(a, b, c));
+  ADD2(kMoves, (Real, Two, Element<ZUMLong, 1, 1, 0, 0>), ZUMDilateGradAcum(a, b));
+  ADD3(kMoves, (Scalar, Two, Mask, Element<>), ZUMDilateValue(a, b, c));
+  ADD3(kMoves, (Scalar, Two, Picture<ZUMBool, 1>, Element<>), ZUMDilateValue(a, b, c));
+  ADD2(kMoves, (Discrete, Two, Element<ZUMLong>), ZUMDilateSum<ZUMLong>(a, b),
+       ZUMDilateSumEx<ZUMLong>(a, b), ZUMDilateMedian<ZUMLong>(a, b));
+  ADD2(kMoves, (Real, Two, Element<ZUMLong>), ZUMDilateSum<ZUMReal>(a, b),
+       ZUMDilateSumEx<ZUMReal>(a, b), ZUMDilateMedian<ZUMReal>(a, b));
+  ADD2(kMoves, (Bool, Two, Element<ZUMLong>), ZUMMaxErode(a, b));
+  ADD2(kDepends, (Scalar, One, Element<>), ZUMDilateCoordsEx(a, b), ZUMErodeCoordsEx(a, b));
+  ADD3(kMoves, (Real, One, Element<>, Element<ZUMReal>), ZUMDilateAndDistanceEx(a, b, c));
 });
 
 }  // namespace

@@ -28,50 +28,32 @@ std::string Interval(const ZUMImage<ZUMLong>& labels) {
 }
 
 const Register kRegions([] {
-  Add<Bool, Two, Element<>>(CALL2(ZUMBigRegion(a, b)));
-  Add<Bool, Two, Element<>, Number<2>>(CALL3(ZUMAreaFilter(a, c, 9, b)));
-  Add<Bool, Two>(CALL1(ZUMRegionLabel(a, ZUMCon4)));
-  Add<Bool, Two>(CALL1(ZUMFillRegion(a, ZUMCon4)));
-  Add<Bool, Two>(CALL1(ZUMRegionLabel(a, ZUMCon8)));
-  Add<Bool, Two>(CALL1(ZUMFillRegion(a, ZUMCon8)));
-  Add<Bool, Two, Element<>>(CALL2(ZUMRegionLabel(a, b)));
-  Add<Bool, Two, Element<>, Number<5>>(CALL3(LabelFrom(a, b, c)));
-  Add<Algebra, Two, Element<>>(CALL2(ZUMRegionValueLabel(a, b)));
-  Add<Algebra, Two>(CALL1(ZUMRegionValueLabel(a, ZUMCon8)));
-  Add<Long, Two>(CALL1(ZUMRelabel(a)));
-  Add<Bool, Two, Number<8>>(CALL2(ZUMRegionFeretDiameters(a, b)), kDepends | kGrows);
-  Add<Long, Two, Number<8>>(CALL2(ZUMRegionFeretDiameters(a, b)), kDepends | kGrows);
-  Add<Bool, Two, Element<>>(CALL2(ZUMFillRegion(a, b)));
-  Add<Long, Two>(CALL1(ZUMLabelColor(a)));
-  Add<Long, Two>(CALL1(Interval(a)));
-  Add<Long, Two>(CALL1(ZUMRegionArea(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionSizeX(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionSizeY(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionSizeZ(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionSizeT(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionCircularity(a)), kStays);
-  Add<Long, Two>(CALL1(ZUMRegionMeasures2D(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionSumX(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionSumY(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionSumZ(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionSumT(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionGravityCenter(a)), kDepends);
-  Add<Long, Two>(CALL1(ZUMRegionElongation(a)), kDepends);
-  Add<Long, Two, Element<>>(CALL2(ZUMRegionExtFrontierArea(a, b)), kStays);
-  Add<Long, Two, Element<>>(CALL2(ZUMRegionNeighbour(a, b)), kStays);
-  Add<Long, Two, Element<>>(CALL2(ZUMRegionNeighbour2(a, b)), kStays);
-  Add<Long, Two, Element<>>(CALL2(ZUMRegionNeighbourFrontier2(a, b)), kStays);
-  Add<Long, Two, Number<1>, Number<2>>(CALL3(ZUMRegionMoment(a, b, c)), kDepends);
-  Add<Long, Two, Number<1>, Number<2>>(CALL3(ZUMRegionCenteredMoment(a, b, c)), kDepends);
-  Add<Scalar, Two>(CALL1(ZUMGravityCenter(a)), kDepends);
-  Add<Bool, Two>(CALL1(ZUMRegionWidth(a)));
-  Add<Bool, Two>(CALL1(ZUMRegionHeight(a)));
-  Add<Bool, Two>(CALL1(ZUMRegionArea(a)));
-  Add<Bool, Two>(CALL1(ZUMRegionRectHull(a)), kDepends);
-  Add<Grey, Two, Element<>>(CALL2(ZUMRegionsOfInfluence(a, b)));
-  Add<Grey, Two>(CALL1(ZUMRegionsOfInfluence(a, ZUMCon8)));
-  Add<Grey, Picture<ZUMBool>, Two, Element<>>(CALL3(ZUMExtendRegionToMax(a, b, c)));
-  Add<Grey, Picture<ZUMBool>, Two, Element<>>(CALL3(ZUMExtendRegionToMin(a, b, c)));
+  ADD2(kMoves, (Bool, Two, Element<>), ZUMBigRegion(a, b), ZUMRegionLabel(a, b),
+       ZUMFillRegion(a, b));
+  ADD3(kMoves, (Bool, Two, Element<>, Number<2>), ZUMAreaFilter(a, c, 9, b));
+  ADD1(kMoves, (Bool, Two), ZUMRegionLabel(a, ZUMCon4), ZUMFillRegion(a, ZUMCon4),
+       ZUMRegionLabel(a, ZUMCon8), ZUMFillRegion(a, ZUMCon8), ZUMRegionWidth(a), ZUMRegionHeight(a),
+       ZUMRegionArea(a));
+  ADD3(kMoves, (Bool, Two, Element<>, Number<5>), LabelFrom(a, b, c));
+  ADD2(kMoves, (Algebra, Two, Element<>), ZUMRegionValueLabel(a, b));
+  ADD1(kMoves, (Algebra, Two), ZUMRegionValueLabel(a, ZUMCon8));
+  ADD1(kMoves, (Long, Two), ZUMRelabel(a), ZUMLabelColor(a), Interval(a));
+  ADD2(kDepends | kGrows, (Bool, Two, Number<8>), ZUMRegionFeretDiameters(a, b));
+  ADD2(kDepends | kGrows, (Long, Two, Number<8>), ZUMRegionFeretDiameters(a, b));
+  ADD1(kStays, (Long, Two), ZUMRegionArea(a), ZUMRegionSizeX(a), ZUMRegionSizeY(a),
+       ZUMRegionSizeZ(a), ZUMRegionSizeT(a), ZUMRegionCircularity(a));
+  ADD1(kDepends, (Long, Two), ZUMRegionMeasures2D(a), ZUMRegionSumX(a), ZUMRegionSumY(a),
+       ZUMRegionSumZ(a), ZUMRegionSumT(a), ZUMRegionGravityCenter(a), ZUMRegionElongation(a));
+  ADD2(kStays, (Long, Two, Element<>), ZUMRegionExtFrontierArea(a, b), ZUMRegionNeighbour(a, b),
+       ZUMRegionNeighbour2(a, b), ZUMRegionNeighbourFrontier2(a, b));
+  ADD3(kDepends, (Long, Two, Number<1>, Number<2>), ZUMRegionMoment(a, b, c),
+       ZUMRegionCenteredMoment(a, b, c));
+  ADD1(kDepends, (Scalar, Two), ZUMGravityCenter(a));
+  ADD1(kDepends, (Bool, Two), ZUMRegionRectHull(a));
+  ADD2(kMoves, (Grey, Two, Element<>), ZUMRegionsOfInfluence(a, b));
+  ADD1(kMoves, (Grey, Two), ZUMRegionsOfInfluence(a, ZUMCon8));
+  ADD3(kMoves, (Grey, Picture<ZUMBool>, Two, Element<>), ZUMExtendRegionToMax(a, b, c),
+       ZUMExtendRegionToMin(a, b, c));
 });
 
 }  // namespace
