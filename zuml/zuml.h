@@ -60,9 +60,12 @@
 #include "zuml/filters/convolution.h"
 #include "zuml/filters/convolutionex.h"
 #include "zuml/filters/corcoef.h"
+#include "zuml/filters/gaussian.h"
+#include "zuml/filters/gaussiankernels.h"
 #include "zuml/filters/localstatistics.h"
 #include "zuml/filters/maskmaxvol.h"
 #include "zuml/filters/medianmasked.h"
+#include "zuml/filters/smoothing.h"
 
 // geometry: geometric transforms
 #include "zuml/geometry/coordinates.h"
