@@ -56,6 +56,7 @@
 
 // filters: convolution, smoothing, rank filters
 #include "zuml/filters/accumulation.h"
+#include "zuml/filters/bilateral.h"
 #include "zuml/filters/boxsum.h"
 #include "zuml/filters/convolution.h"
 #include "zuml/filters/convolutionex.h"
@@ -65,6 +66,7 @@
 #include "zuml/filters/localstatistics.h"
 #include "zuml/filters/maskmaxvol.h"
 #include "zuml/filters/medianmasked.h"
+#include "zuml/filters/rank.h"
 #include "zuml/filters/smoothing.h"
 
 // geometry: geometric transforms
