@@ -97,6 +97,12 @@
 #include "zuml/morphology/pixelpairs.h"
 #include "zuml/morphology/winnermorphology.h"
 
+// drawing: shapes, lines and pictures drawn into images
+#include "zuml/drawing/composition.h"
+#include "zuml/drawing/graphics.h"
+#include "zuml/drawing/lines.h"
+#include "zuml/drawing/shapes.h"
+
 // threshold: global and local thresholds
 #include "zuml/threshold/histogramthresholds.h"
 #include "zuml/threshold/otsu.h"
