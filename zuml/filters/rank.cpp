@@ -1,6 +1,7 @@
 #include "zuml/filters/rank.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstddef>
 #include <cstdint>
 
@@ -12,6 +13,7 @@
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/selection.h"
+#include "zuml/filters/detail/selectionnetwork.h"
 
 namespace {
 
@@ -20,6 +22,9 @@ namespace {
 struct Mask {
   ZUMDisplacementArray all, in, out;
 };
+
+/// Up to this many values are selected by a network: sorting them costs less than keeping counts.
+constexpr std::size_t kMostInNetwork = 64;
 
 /// What the tasks have in common.
 template <class P>
@@ -30,27 +35,83 @@ class RankTask : public XQTask {
   const ZUMImage<P>* source;
   const Mask* mask;
   std::int64_t k;
+
+ protected:
+  // Selects by a network if the mask is small; whether it did.
+  bool SelectByNetwork() {
+    const std::size_t n = mask->all.GetLength();
+    if (n > kMostInNetwork) return false;
+    const zuml_detail::SelectionNetwork network(static_cast<int>(n), static_cast<int>(k));
+    constexpr std::ptrdiff_t kWidth = zuml_detail::SelectionNetwork::kWidth<P>;
+    const auto values = zuml_detail::MakeScratch<P>(n * static_cast<std::size_t>(kWidth));
+    P selected[kWidth];
+    ZUMForEachRun(
+        part,
+        [&](P* r, const P* x, std::ptrdiff_t count) {
+          for (std::ptrdiff_t i = 0; i < count; i += kWidth) {
+            const std::ptrdiff_t width = std::min(kWidth, count - i);
+            P* row = values.get();
+            for (const long long offset : mask->all) {
+              std::copy_n(x + i + offset, width, row);
+              std::fill(row + width, row + kWidth, P());
+              row += kWidth;
+            }
+            if (!HasTotalOrder(values.get(), row)) {
+              SelectEach(r + i, x + i, width);
+            } else if (width == kWidth) {
+              network.Select(values.get(), r + i);
+            } else {
+              network.Select(values.get(), selected);
+              std::copy_n(selected, width, r + i);
+            }
+          }
+        },
+        *result, *source);
+    return true;
+  }
+
+  // The values under the mask collected at each pixel.
+  void SelectEach() {
+    ZUMForEachRun(
+        part, [this](P* r, const P* x, std::ptrdiff_t n) { SelectEach(r, x, n); }, *result,
+        *source);
+  }
+
+ private:
+  // Whether `<` alone tells the order: not of NaNs, nor of zeros of both signs.
+  static bool HasTotalOrder(const P* values, const P* end) {
+    if constexpr (std::floating_point<P>) {
+      bool total = true;
+      for (; values != end; ++values)
+        total &= *values == *values && !(*values == 0 && std::signbit(*values));
+      return total;
+    } else {
+      return true;
+    }
+  }
+
+  void SelectEach(P* r, const P* x, std::ptrdiff_t n) {
+    if (collected_.get() == nullptr) {
+      collected_ = zuml_detail::MakeScratch<P>(mask->all.GetLength());
+    }
+    for (std::ptrdiff_t i = 0; i < n; ++i) {
+      P* v = collected_.get();
+      for (const long long offset : mask->all) *v++ = x[i + offset];
+      r[i] = zuml_detail::SelectRank(collected_.get(), v - collected_.get(),
+                                     static_cast<std::ptrdiff_t>(k));
+    }
+  }
+
+  zuml_detail::ScratchBlock<P> collected_;
 };
 
-/// The values under the mask collected at each pixel.
 template <class P>
 class SelectingTask : public RankTask<P> {
  public:
   int Cost() const { return static_cast<int>(4 * this->mask->all.GetLength()); }
 
   void Run() override {
-    const auto n = static_cast<std::ptrdiff_t>(this->mask->all.GetLength());
-    const auto values = zuml_detail::MakeScratch<P>(static_cast<std::size_t>(n));
-    ZUMForEachRun(
-        this->part,
-        [&](P* r, const P* x, std::ptrdiff_t count) {
-          for (std::ptrdiff_t i = 0; i < count; ++i) {
-            P* v = values.get();
-            for (const long long offset : this->mask->all) *v++ = x[i + offset];
-            r[i] = zuml_detail::SelectRank(values.get(), n, static_cast<std::ptrdiff_t>(this->k));
-          }
-        },
-        *this->result, *this->source);
+    if (!this->SelectByNetwork()) this->SelectEach();
   }
 };
 
@@ -92,6 +153,7 @@ class CTaskRankOrderByte final : public RankTask<ZUMByte> {
   int Cost() const { return static_cast<int>(2 * mask->in.GetLength()); }
 
   void Run() override {
+    if (SelectByNetwork()) return;
     ZUMForEachRun(
         part,
         [this](ZUMByte* r, const ZUMByte* x, std::ptrdiff_t n) {
