@@ -4,6 +4,7 @@
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/pixelvalue.h"
@@ -12,6 +13,7 @@
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/rankbits.h"
 #include "zuml/filters/detail/selection.h"
 #include "zuml/filters/detail/selectionnetwork.h"
 
@@ -42,31 +44,18 @@ class RankTask : public XQTask {
     const std::size_t n = mask->all.GetLength();
     if (n > kMostInNetwork) return false;
     const zuml_detail::SelectionNetwork network(static_cast<int>(n), static_cast<int>(k));
-    constexpr std::ptrdiff_t kWidth = zuml_detail::SelectionNetwork::kWidth<P>;
-    const auto values = zuml_detail::MakeScratch<P>(n * static_cast<std::size_t>(kWidth));
-    P selected[kWidth];
-    ZUMForEachRun(
-        part,
-        [&](P* r, const P* x, std::ptrdiff_t count) {
-          for (std::ptrdiff_t i = 0; i < count; i += kWidth) {
-            const std::ptrdiff_t width = std::min(kWidth, count - i);
-            P* row = values.get();
-            for (const long long offset : mask->all) {
-              std::copy_n(x + i + offset, width, row);
-              std::fill(row + width, row + kWidth, P());
-              row += kWidth;
-            }
-            if (!HasTotalOrder(values.get(), row)) {
-              SelectEach(r + i, x + i, width);
-            } else if (width == kWidth) {
-              network.Select(values.get(), r + i);
-            } else {
-              network.Select(values.get(), selected);
-              std::copy_n(selected, width, r + i);
-            }
-          }
-        },
-        *result, *source);
+    SelectSideBySide<zuml_detail::SelectionNetwork::kWidth<P>>(
+        [&](P* values, P* to) { network.Select(values, to); });
+    return true;
+  }
+
+  // Selects bit by bit, unless the mask is larger than counts of the pixel's width.
+  bool SelectByBits() {
+    const std::size_t n = mask->all.GetLength();
+    if (n > std::numeric_limits<ZUMShort>::max()) return false;
+    SelectSideBySide<zuml_detail::kRankWidth<P>>([&](P* values, P* to) {
+      zuml_detail::SelectByBits(values, static_cast<std::ptrdiff_t>(n), k, to);
+    });
     return true;
   }
 
@@ -78,6 +67,36 @@ class RankTask : public XQTask {
   }
 
  private:
+  // Calls select(values, to) for kWidth pixels at a time: row j of `values` has the j-th value of
+  // each.
+  template <std::ptrdiff_t kWidth, class Select>
+  void SelectSideBySide(const Select& select) {
+    const auto values =
+        zuml_detail::MakeScratch<P>(mask->all.GetLength() * static_cast<std::size_t>(kWidth));
+    P selected[kWidth];
+    ZUMForEachRun(
+        part,
+        [&](P* r, const P* x, std::ptrdiff_t count) {
+          for (std::ptrdiff_t i = 0; i < count; i += kWidth) {
+            const std::ptrdiff_t width = std::min(kWidth, count - i);
+            P* row = values.get();
+            for (const long long offset : mask->all) {
+              const P* const from = x + i + offset;
+              std::copy_n(from, width, row);
+              std::fill(row + width, row + kWidth, from[width - 1]);
+              row += kWidth;
+            }
+            if (!HasTotalOrder(values.get(), row)) {
+              SelectEach(r + i, x + i, width);
+            } else {
+              select(values.get(), selected);
+              std::copy_n(selected, width, r + i);
+            }
+          }
+        },
+        *result, *source);
+  }
+
   // Whether `<` alone tells the order: not of NaNs, nor of zeros of both signs.
   static bool HasTotalOrder(const P* values, const P* end) {
     if constexpr (std::floating_point<P>) {
@@ -111,7 +130,7 @@ class SelectingTask : public RankTask<P> {
   int Cost() const { return static_cast<int>(4 * this->mask->all.GetLength()); }
 
   void Run() override {
-    if (!this->SelectByNetwork()) this->SelectEach();
+    if (!this->SelectByNetwork() && !this->SelectByBits()) this->SelectEach();
   }
 };
 
