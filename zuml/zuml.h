@@ -58,13 +58,18 @@
 
 // filters: convolution, smoothing, rank filters
 #include "zuml/filters/accumulation.h"
+#include "zuml/filters/bilateral.h"
 #include "zuml/filters/boxsum.h"
 #include "zuml/filters/convolution.h"
 #include "zuml/filters/convolutionex.h"
 #include "zuml/filters/corcoef.h"
+#include "zuml/filters/gaussian.h"
+#include "zuml/filters/gaussiankernels.h"
 #include "zuml/filters/localstatistics.h"
 #include "zuml/filters/maskmaxvol.h"
 #include "zuml/filters/medianmasked.h"
+#include "zuml/filters/rank.h"
+#include "zuml/filters/smoothing.h"
 
 // geometry: geometric transforms
 #include "zuml/geometry/coordinates.h"

@@ -29,7 +29,8 @@ template <class P>
 constexpr P ZUMWrapAdd(P a, P b) {
   if constexpr (std::integral<P>) {
     using W = zuml_detail::WrapType<P>;
-    return static_cast<P>(static_cast<W>(a) + static_cast<W>(b));
+    const W low_bits = static_cast<W>(a) + static_cast<W>(b);
+    return static_cast<P>(low_bits);
   } else {
     return a + b;
   }
@@ -40,7 +41,8 @@ template <class P>
 constexpr P ZUMWrapSub(P a, P b) {
   if constexpr (std::integral<P>) {
     using W = zuml_detail::WrapType<P>;
-    return static_cast<P>(static_cast<W>(a) - static_cast<W>(b));
+    const W low_bits = static_cast<W>(a) - static_cast<W>(b);
+    return static_cast<P>(low_bits);
   } else {
     return a - b;
   }
@@ -52,7 +54,8 @@ template <class P>
 constexpr P ZUMWrapMul(P a, P b) {
   if constexpr (std::integral<P>) {
     using W = zuml_detail::WrapType<P>;
-    return static_cast<P>(static_cast<W>(a) * static_cast<W>(b));
+    const W low_bits = static_cast<W>(a) * static_cast<W>(b);
+    return static_cast<P>(low_bits);
   } else if constexpr (zuml_detail::kIsComplex<P>) {
     return P(a.real() * b.real() - a.imag() * b.imag(), a.real() * b.imag() + a.imag() * b.real());
   } else {

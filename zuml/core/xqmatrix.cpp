@@ -75,7 +75,7 @@ constexpr int kBands[] = {0, -2, -1, 1, 2};
 int GetBand(double value, int row_scale) {
   if (value == 0.0 || !std::isfinite(value)) return 0;
   const double exponent = std::ilogb(value) + row_scale;
-  return static_cast<int>(std::floor((exponent + kBandWidth / 2) / kBandWidth));
+  return static_cast<int>(std::floor(exponent / kBandWidth + 0.5));
 }
 
 /// The x of a x = b for a square a, by an LU decomposition with full pivoting of the scaled system.

@@ -25,6 +25,7 @@ struct RowTerms {
 template <class V, int N, class T>
 [[gnu::always_inline]] inline void SumBlock(T* r, const RowTerms<T>& terms, std::ptrdiff_t x,
                                             bool onto) {
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): V may be T itself.
   constexpr std::ptrdiff_t kLanes = sizeof(V) / sizeof(T);
   // Constant indices throughout, without which the sums would live in memory.
   [&]<std::size_t... K>(std::index_sequence<K...>) {
@@ -53,6 +54,7 @@ template <class V, int N, class T>
 template <class T>
 void SumRow(T* r, const RowTerms<T>& terms, std::ptrdiff_t n, bool onto) {
   using V = Vector<T>;
+  // NOLINTNEXTLINE(bugprone-sizeof-expression): V may be T itself.
   constexpr std::ptrdiff_t kLanes = sizeof(V) / sizeof(T);
   std::ptrdiff_t x = 0;
   for (; n - x >= 8 * kLanes; x += 8 * kLanes) SumBlock<V, 8>(r, terms, x, onto);

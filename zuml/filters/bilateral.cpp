@@ -1,0 +1,197 @@
+#include "zuml/filters/bilateral.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "zuml/core/detail/boxes.h"
+#include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
+#include "zuml/core/pixelarith.h"
+#include "zuml/core/taskframe.h"
+#include "zuml/core/xqexception.h"
+#include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/gaussiankernels.h"
+
+namespace {
+
+/// The weights of differences. One 0 stands on either side for all that lie beyond.
+template <class W>
+class ValueWeights {
+ public:
+  explicit ValueWeights(const ZUMImage<W>& kernel)
+      : begin_(kernel.BeginX()), end_(std::int64_t{kernel.EndX()} + 1), weights_{W(0)} {
+    ZUMForEachRun(
+        kernel, [this](const W* w, std::ptrdiff_t n) { weights_.insert(weights_.end(), w, w + n); },
+        kernel);
+    weights_.push_back(W(0));
+  }
+
+  /// Whether no difference of two bytes lies beyond.
+  bool CoversBytes() const { return begin_ <= -255 && end_ > 255; }
+  /// The weight of a difference inside.
+  const W* Zero() const { return weights_.data() + (1 - begin_); }
+  W operator[](std::int64_t difference) const {
+    return weights_[static_cast<std::size_t>(std::clamp(difference, begin_ - 1, end_) - begin_ +
+                                             1)];
+  }
+
+ private:
+  std::int64_t begin_, end_;
+  std::vector<W> weights_;
+};
+
+constexpr std::ptrdiff_t kBlock = 128;
+
+// Adds the terms of one neighbour to both sums of n pixels.
+template <class OutT, class S>
+void AddTerms(OutT* numerators, OutT* divisors, const OutT* values, const S* s, OutT w,
+              std::ptrdiff_t n) {
+  for (std::ptrdiff_t i = 0; i < n; ++i) {
+    const OutT v = ZUMWrapMul(values[i], w);
+    divisors[i] = ZUMWrapAdd(divisors[i], v);
+    numerators[i] = ZUMWrapAdd(numerators[i], ZUMWrapMul(static_cast<OutT>(s[i]), v));
+  }
+}
+
+}  // namespace
+
+/// The filtered pixels of its part, a block of a row at a time.
+template <class OutT, class InT>
+class CTaskBilateralConv final : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<OutT>* result;
+  const ZUMImage<InT>* source;
+  const ZUMDisplacementValueArray<OutT>* steps;
+  const ValueWeights<OutT>* values;
+
+  int Cost() const { return static_cast<int>(2 * steps->GetLength()); }
+
+  void Run() override {
+    ZUMForEachRun(
+        part,
+        [this](OutT* r, const InT* x, std::ptrdiff_t n) {
+          for (std::ptrdiff_t i = 0; i < n; i += kBlock) {
+            WriteBlock(r + i, zuml_detail::StoredPixels(x) + i, std::min(kBlock, n - i));
+          }
+        },
+        *result, *source);
+  }
+
+ private:
+  using S = zuml_detail::Stored<InT>;
+
+  void WriteBlock(OutT* r, const S* x, std::ptrdiff_t n) const {
+    OutT numerators[kBlock] = {}, divisors[kBlock] = {}, weights[kBlock];
+    for (const auto& step : *steps) {
+      const S* const s = x + step.offset;
+      if constexpr (std::same_as<InT, ZUMBool>) {
+        S flags[kBlock];
+        for (std::ptrdiff_t i = 0; i < n; ++i) flags[i] = s[i] != 0;
+        for (std::ptrdiff_t i = 0; i < n; ++i) weights[i] = (*values)[(x[i] != 0) - flags[i]];
+        AddTerms(numerators, divisors, weights, flags, step.value, n);
+      } else {
+        if (std::same_as<InT, ZUMByte> && values->CoversBytes()) {
+          const OutT* const zero = values->Zero();
+          for (std::ptrdiff_t i = 0; i < n; ++i) weights[i] = zero[x[i] - s[i]];
+        } else {
+          for (std::ptrdiff_t i = 0; i < n; ++i) weights[i] = (*values)[std::int64_t{x[i]} - s[i]];
+        }
+        AddTerms(numerators, divisors, weights, s, step.value, n);
+      }
+    }
+    for (std::ptrdiff_t i = 0; i < n; ++i) r[i] = ZUMWrapDiv(numerators[i], divisors[i]);
+  }
+};
+
+/// The filtered real pixels of its part.
+class CTaskBilateralReal final : public XQTask {
+ public:
+  ZUMRoDRef part;
+  const ZUMImage<ZUMReal>* result;
+  const ZUMImage<ZUMReal>* source;
+  const ZUMDisplacementValueArray<ZUMReal>* steps;
+  double sigma;
+
+  int Cost() const { return static_cast<int>(16 * steps->GetLength()); }
+
+  void Run() override {
+    const double width = 2 * sigma * sigma, peak = 0.3989422804014327 / sigma;
+    ZUMForEachRun(
+        part,
+        [=, this](ZUMReal* r, const ZUMReal* x, std::ptrdiff_t n) {
+          for (std::ptrdiff_t i = 0; i < n; ++i) {
+            double numerator = 0, divisor = 0;
+            for (const auto& step : *steps) {
+              const double s = x[i + step.offset], d = x[i] - s;
+              const double g = width > 0 ? std::exp(-(d * d) / width) * peak * step.value
+                                         : (d == 0 ? step.value : 0);
+              numerator += g * s;
+              divisor += g;
+            }
+            r[i] = numerator / divisor;
+          }
+        },
+        *result, *source);
+  }
+};
+
+template <ZUMGreyPixel PixT>
+ZUMImage<ZUMReal> ZUMBilateral(const ZUMImage<PixT>& image, double sigma_space, double sigma_value,
+                               int radius) {
+  const ZUMImage<ZUMReal> spatial = ZUMGaussian2D(sigma_space, radius);
+  if constexpr (std::same_as<PixT, ZUMReal>) {
+    if (!(sigma_value >= 0)) throw XQException("ZUMGaussianX: Sigma negative not allowed");
+    ZUMDisplacementValueArray<ZUMReal> steps;
+    steps.SymmetricFromNonZeroPixels(image, spatial);
+    const ZUMRoDRef rod = zuml_detail::MakeMirroredRegion(image, spatial.Rect());
+    using Task = CTaskBilateralReal;
+    return ZUMRunTasks<Task, ZUMReal>(rod, image.GetCSz(), [&](Task& task) {
+      task.source = &image;
+      task.steps = &steps;
+      task.sigma = sigma_value;
+    });
+  } else {
+    return ZUMBilateralConv(image, spatial,
+                            ZUMGaussianX(sigma_value, std::same_as<PixT, ZUMByte> ? 255 : 0));
+  }
+}
+
+template <class OutT, class InT>
+requires ZUMKernelCoefficient<OutT> && ZUMDiscretePixel<InT> ZUMImage<OutT> ZUMBilateralConv(
+    const ZUMImage<InT>& image, const ZUMImage<OutT>& spatial, const ZUMImage<OutT>& value) {
+  if (value.GetCSz() != 1) {
+    throw XQException("ZUMBilateralConv: it not allows  multichanel kernels");
+  }
+  ZUMRect across = value.Rect();
+  across.begin.x = across.end.x = 0;
+  if (!zuml_detail::IsBox(value) || across != ZUMRect()) {
+    throw XQException("ZUMBilateralConv: Dimensions of value kernel not allowed");
+  }
+  ZUMDisplacementValueArray<OutT> steps;
+  steps.SymmetricFromNonZeroPixels(image, spatial);
+  const ValueWeights<OutT> values(value);
+  const ZUMRoDRef rod = zuml_detail::MakeMirroredRegion(image, spatial.Rect());
+  using Task = CTaskBilateralConv<OutT, InT>;
+  return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
+    task.source = &image;
+    task.steps = &steps;
+    task.values = &values;
+  });
+}
+
+#define ZUML_INSTANTIATE(PIX) \
+  template ZUML_API ZUMImage<ZUMReal> ZUMBilateral(const ZUMImage<PIX>&, double, double, int);
+ZUML_GREY_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
+
+#define ZUML_INSTANTIATE(IN)                                                    \
+  template ZUML_API ZUMImage<ZUMLong> ZUMBilateralConv(                         \
+      const ZUMImage<IN>&, const ZUMImage<ZUMLong>&, const ZUMImage<ZUMLong>&); \
+  template ZUML_API ZUMImage<ZUMReal> ZUMBilateralConv(                         \
+      const ZUMImage<IN>&, const ZUMImage<ZUMReal>&, const ZUMImage<ZUMReal>&);
+ZUML_DISCRETE_TYPES(ZUML_INSTANTIATE)
+#undef ZUML_INSTANTIATE
