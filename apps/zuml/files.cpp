@@ -45,7 +45,7 @@ void RequireFile(const std::string& path) {
   if (!IsReadable(extension)) {
     throw JobError("cannot read " + Quote(path) + ": " +
                    (extension.empty() ? std::string("it has no extension")
-                                      : "the extension " + extension + " is none of a format") +
+                                      : "no format has the extension " + extension) +
                    "; pictures end in " + kReadable);
   }
 }

@@ -39,9 +39,6 @@ TEST_F(EPS, FilesAreWrittenLineForLine) {
   const std::string zeros(200, '0'), start = "00017fffa00b";
   expect(11, 8, 1, "11 8 scale\n11 8 8 [11 0 0 -8 0 8]", "539 402", "540 402.545", "45.8182",
          start + zeros.substr(0, 70) + "\n" + zeros.substr(0, 82) + "\n" + zeros.substr(0, 12));
-  const auto colours = ZUMImage<ZUMByte>(PictureBox(28, 1), 3, 0);
-  EXPECT_TRUE(Written(colours).ends_with("image\n" + zeros.substr(0, 84) + "\n" +
-                                         zeros.substr(0, 84) + "\ngrestore\nshowpage\n"));
 }
 
 // The picture is the raster's: what the region leaves of it is white.

@@ -208,14 +208,13 @@ TEST_F(ImageFiles, DamagedFilesAreReadOrRefused) {
       return results[0];
     };
     for (std::size_t n = 0; n < whole.size(); n += 1 + n / 40) {
-      const auto [image, message] = read(whole.substr(0, n));
+      const Image image = read(whole.substr(0, n)).first;
       // What is missing is 0 where pixels have their places in the file.
       if (format.name == "BMP" ? n >= 54 : format.name == "ZMG" && n >= 105) {
         std::string filled = whole.substr(0, n);
         filled.resize(whole.size());
         EXPECT_TRUE(SameImage(image, read(filled).first)) << format.name << n;
       }
-      EXPECT_TRUE(format.name != "PNG" || message == "error \"" + Path() + "\" not found") << n;
     }
     ForEachCorruption(whole, whole.size(), read);
   }

@@ -62,19 +62,21 @@ void Walk(const ZUMRoDRef& rod, const ZUMImage<ZUMBool>& con, std::deque<Place> 
 /// Plane ones, with their centre and in a wide image too, a wide one, and those of stacks and of
 /// sequences, some of which have the neighbours in the plane of a plane one.
 inline std::vector<ZUMImage<ZUMBool>> MakeSymmetricConnectivities() {
-  const ZUMImage<ZUMBool> wide(ZUMRect(-3, -2, 0, 0, 3, 2, 0, 0), 1, false);
-  const ZUMImage<ZUMBool> four = ZUMCopy(wide), eight(ZUMRect(-1, -1, 0, 0, 1, 1, 0, 0), 1, true);
-  wide(-3, 1) = wide(3, -1) = wide(2, 0) = wide(-2, 0) = true;
-  const ZUMImage<ZUMBool> along_z(ZUMRect(-1, -1, -1, 0, 1, 1, 1, 0), 1, false);
-  const ZUMImage<ZUMBool> along_t(ZUMRect(-1, -1, 0, -1, 1, 1, 0, 1), 1, false);
-  for (const ZUMImage<ZUMBool>& con : {four, along_z, along_t}) {
+  const auto make_four = [](const ZUMRect& box) {
+    const ZUMImage<ZUMBool> con(box, 1, false);
     con(0, -1) = con(-1, 0) = con(1, 0) = con(0, 1) = true;
-  }
+    return con;
+  };
+  const ZUMImage<ZUMBool> four = make_four({-3, -2, 0, 0, 3, 2, 0, 0}), wide = ZUMCopy(four);
+  wide(-3, 1) = wide(3, -1) = wide(2, 0) = wide(-2, 0) = true;
+  wide(-1, 0) = wide(1, 0) = false;
+  const auto along_z = make_four({-1, -1, -1, 0, 1, 1, 1, 0}),
+             along_t = make_four({-1, -1, 0, -1, 1, 1, 0, 1});
   along_z(0, 0, -1) = along_z(0, 0, 1) = along_t(0, 0, 0, -1) = along_t(0, 0, 0, 1) = true;
   return {ZUMCon4,
           ZUMCon8,
           four,
-          eight,
+          ZUMImage<ZUMBool>(ZUMRect(-1, -1, 0, 0, 1, 1, 0, 0), 1, true),
           wide,
           ZUMImage<ZUMBool>(ZUMRect(-1, -1, -1, 0, 1, 1, 1, 0), 1, true),
           ZUMImage<ZUMBool>(ZUMRect(-1, 0, 0, -1, 1, 0, 0, 1), 1, true),

@@ -92,7 +92,6 @@ TEST(Regions, Messages) {
   const auto refused = [](const std::string& text, auto f) { EXPECT_EQ(MessageOf(f), text); };
   for (const ZUMImage<ZUMBool>& bad : {pairs, aside, none}) {
     refused("RegionLabel" + con, [&] { ZUMRegionLabel(picture, bad); });
-    refused("RegionLabel" + con, [&] { ZUMRegionValueLabel(picture, bad); });
     refused("RegionsOfInfluence" + con, [&] { ZUMRegionsOfInfluence(labels, bad); });
     refused("ZUMRegionExtFrontierArea" + con, [&] { ZUMRegionExtFrontierArea(labels, bad); });
     refused("ZUMRegionNeighbour" + con, [&] { ZUMRegionNeighbour(labels, bad); });
@@ -102,17 +101,14 @@ TEST(Regions, Messages) {
     refused("ZUMExtendRegionToMin" + con, [&] { ZUMExtendRegionToMin(picture, labels, bad); });
     // The channels are the first error.
     refused("ZUMExtendRegionToMax" + channels, [&] { ZUMExtendRegionToMax(picture, two, bad); });
-    refused("ZUMExtendRegionToMin" + channels, [&] { ZUMExtendRegionToMin(picture, two, bad); });
   }
   refused(frame, [&] { ZUMRegionLabel(none, ZUMCon8); });
-  refused(frame, [&] { ZUMRegionValueLabel(none, ZUMCon8); });
   refused(frame, [&] { ZUMRegionsOfInfluence(nothing, ZUMCon8); });
   refused("ZUMAddFrame: It is not allowed add a frame to an empty image",
           [&] { ZUMFillRegion(none, ZUMCon8); });
   refused("", [&] { ZUMRegionExtFrontierArea(nothing, ZUMCon8); });
   refused(range, [&] { ZUMRegionNeighbour(nothing, ZUMCon8); });
   refused(range, [&] { ZUMRegionNeighbour2(nothing, ZUMCon8); });
-  refused(range, [&] { ZUMRegionNeighbourFrontier2(nothing, ZUMCon8); });
   refused(range, [&] { ZUMRelabel(nothing); });
   refused("ZUMMin:Valor indefinido por imagen vacia", [&] { ZUMLabelColor(nothing); });
   const std::string order = ": it only calcules moments of order 0,1 and 2";

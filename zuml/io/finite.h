@@ -4,8 +4,8 @@
 #include "zuml/core/export.h"
 #include "zuml/core/zumimage.h"
 
-// All pixels of the region are looked at, in all channels, on the calling thread, up to the line
-// that decides.
+// Each reads the region's pixels in all channels, on the calling thread, up to the line that
+// decides.
 
 /// Whether a pixel is +infinity or -infinity; false for an image without pixels.
 [[nodiscard]] ZUML_API bool ZUMImageHasInf(const ZUMImage<ZUMReal>& image);

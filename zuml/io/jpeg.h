@@ -23,7 +23,7 @@ ZUML_API void ZUMWriteJPEG(const ZUMImage<ZUMByte>& image, const char* path, int
 /// other numbers of channels, such as the four of CMYK, XQException "ZUMReadJPEG: \"%s\" is beyond
 /// the limits with %lld x %lld pixels with %d channels" for a picture that no block can hold,
 /// "ZUMReadJPEG: \"%s\" is too short for %lld x %lld pixels with %d channels" for one of more than
-/// 64 MiB whose file has less than a 2048th of its bytes, and "ReadJPEG: more than %d scans" for a
-/// progressive file of more than 100 passes, or 20 over a picture of more than 64 MiB. The codec's
-/// own errors are as for ZUMWriteJPEG.
+/// 64 MiB whose file has less than a 2048th of its bytes (a pipe is never too short), and
+/// "ReadJPEG: more than %d scans" for a progressive file of more than 100 passes, or 20 over a
+/// picture of more than 64 MiB. The codec's own errors are as for ZUMWriteJPEG.
 [[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadJPEG(const char* path);

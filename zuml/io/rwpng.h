@@ -23,5 +23,5 @@ ZUML_API void ZUMWritePNG(const ZUMImage<ZUMByte>& image, const char* path);
 /// supported"; "ZUMReadPNG: \"%s\" is beyond the limits with %lld x %lld pixels with %d channels"
 /// for a picture that no block can hold, and "ZUMReadPNG: \"%s\" is too short for %lld x %lld
 /// pixels with %d channels" for one of more than 64 MiB whose file cannot hold its samples at the
-/// best compression; a row counts as 256 bytes at least.
+/// best compression; a row counts as 256 bytes at least, and a pipe is never too short.
 [[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadPNG(const char* path);

@@ -63,7 +63,7 @@ class Rows {
     ++columns_;
   }
 
-  // A row without a number is none.
+  // A row without a number does not count.
   void EndRow() {
     if (columns_ == 0) return;
     if (rows_ == 0) first_columns_ = columns_;

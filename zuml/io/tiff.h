@@ -1,11 +1,11 @@
 /// TIFF files: of bytes, and of every pixel type that the format knows.
 ///
 /// Reading and writing report to their own handlers, file by file, and may run in several threads.
-/// Two handlers of libtiff belong to the whole process, and both readers set the one for warnings
-/// to none. ZUMReadTIFF also sets the one for errors, to a function that throws XQException "TIFF
-/// Error: %s %s". Both stay. An application that calls libtiff itself, in whatever thread, gets the
-/// exception out of its own calls then, through frames of C that release nothing: it sets a handler
-/// of its own after the first ZUMReadTIFF, or opens its files with handlers of their own.
+/// Two handlers of libtiff belong to the whole process. Both readers set the one for warnings to
+/// none, and ZUMReadTIFF sets the one for errors to a function that throws XQException "TIFF Error:
+/// %s %s". Both stay set. An application that calls libtiff itself, in any thread, then gets the
+/// exception out of its own calls, through frames of C that release nothing. It should set a
+/// handler of its own after the first ZUMReadTIFF, or open its files with handlers of their own.
 #pragma once
 
 #include "zuml/core/export.h"
@@ -25,11 +25,11 @@ ZUML_API void ZUMWriteByteTIFF(const ZUMImage<ZUMByte>& image, const char* path)
 /// has the red of the colours. Where the codec cannot do that, for lack of data or because the
 /// samples are no colours, the pixels are 0, and nothing is reported.
 ///
-/// Throws XQException "Error opening TIFF file %s", "TIFF channels not accepted %d",
-/// "ZUMReadByteTIFF: \"%s\" is beyond the limits with %lld x %lld pixels with %d channels" for a
-/// picture that takes 2 GiB with 4 bytes a pixel, and "ZUMReadByteTIFF: \"%s\" is too short for
-/// %lld x %lld pixels with %d channels" and "ZUMReadByteTIFF: the parts of \"%s\" overlap" as
-/// ZUMReadTIFF does.
+/// Throws XQException "Error opening TIFF file %s", also for a directory that the codec refuses,
+/// "TIFF channels not accepted %d", "ZUMReadByteTIFF: \"%s\" is beyond the limits with %lld x %lld
+/// pixels with %d channels" for a picture that takes 2 GiB with 4 bytes a pixel, and
+/// "ZUMReadByteTIFF: \"%s\" is too short for %lld x %lld pixels with %d channels" and
+/// "ZUMReadByteTIFF: the parts of \"%s\" overlap" as ZUMReadTIFF does.
 [[nodiscard]] ZUML_API ZUMImage<ZUMByte> ZUMReadByteTIFF(const char* path);
 
 /// Writes an image of one plane and 1 or 3 channels, of any pixel type but complex and pointer:

@@ -5,9 +5,9 @@
 /// occurs in one channel only.
 ///
 /// All of it runs on the calling thread. The results cover the operand's region with its channels.
-/// The connectivity's true pixels are the neighbours; its centre plays no part. A connectivity that
-/// is not its own mirror image is followed in its direction only: a region is what its first pixel
-/// in sweep order reaches.
+/// The connectivity's true pixels are the neighbours, and it may be larger than the image; its
+/// centre does not matter. One that is not its own mirror image is followed in its direction only:
+/// a region is what its first pixel in sweep order reaches.
 ///
 /// The functions that take a connectivity throw XQException "RegionLabel: Dimensions of the
 /// connectivity image are not allowed" unless it has one channel and its region holds the origin,
@@ -22,12 +22,12 @@
 /// order; 0 elsewhere.
 ///
 /// The neighbourhoods of ZUMCon4 and ZUMCon8 are labelled by runs and a union-find forest
-/// (Rosenfeld and Pfaltz 1966), at a cost that does not depend on the number of regions; others by
-/// a flood.
+/// (Rosenfeld and Pfaltz 1966), at a cost that does not depend on the number of regions. Others are
+/// flooded.
 [[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
                                                         const ZUMImage<ZUMBool>& connectivity);
-/// The same with numbers from next_label on, which is left one above the last label: several images
-/// can so be given disjoint labels.
+/// The same with numbers from next_label on, which is left one above the last label, so that
+/// several images can have disjoint labels.
 [[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionLabel(const ZUMImage<ZUMBool>& image,
                                                         const ZUMImage<ZUMBool>& connectivity,
                                                         ZUMLong& next_label);

@@ -1,8 +1,7 @@
-/// Which regions touch, and along how many pixels. All of it runs on the calling thread; the
-/// connectivity's true pixels are the neighbours, and pixels of different channels are none.
-///
-/// All functions throw XQException "<operation>: Dimensions of the connectivity image are not
-/// allowed".
+/// Which regions touch, and along how many pixels. All of it runs on the calling thread. The
+/// connectivity's true pixels are the neighbours; pixels of different channels are never
+/// neighbours. All functions throw XQException "<operation>: Dimensions of the connectivity image
+/// are not allowed".
 #pragma once
 
 #include "zuml/core/export.h"
@@ -14,9 +13,9 @@
 [[nodiscard]] ZUML_API ZUMImage<ZUMLong> ZUMRegionExtFrontierArea(
     const ZUMImage<ZUMLong>& labels, const ZUMImage<ZUMBool>& connectivity);
 
-// The following know all values of the image as labels, 0 and negative ones too, except that a
-// neighbour with -1 is none. X runs from the least to the greatest value. They throw XQException
-// "ZUMMinMax:Valor indefinido por imagen vacia" for an empty image.
+// The following take all values of the image as labels, 0 and negative ones too, except that a
+// neighbour with -1 does not count. X runs from the least to the greatest value. They throw
+// XQException "ZUMMinMax:Valor indefinido por imagen vacia" for an empty image.
 
 /// The matrix of contacts, X and Y over the labels: entry (b, a) is the number of pairs of a pixel
 /// with a and a neighbour with b. The diagonal is 0.

@@ -10,8 +10,8 @@
 /// A pixel's part in a perimeter is its label less the least value in the square of 3 x 3 pixels
 /// about it in its plane, where what lies outside the image is 0: it counts one pixel of the
 /// perimeter of the region with that number. So a pixel at the background counts for its own
-/// region, one inside for none. Where regions touch, or at negative values, the difference is
-/// another number than the pixel's label.
+/// region, and one inside does not count. Where regions touch, or at negative values, the
+/// difference is another number than the pixel's label.
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMRegionCircularity(const ZUMImage<ZUMLong>& labels);
 
 /// sqrt(1 - small / big) with the principal moments big and small, u20 + u02 plus and minus sqrt(4

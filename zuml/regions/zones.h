@@ -7,10 +7,10 @@
 #include "zuml/core/zumconnectivity.h"
 #include "zuml/core/zumimage.h"
 
-/// Every pixel that is 0 takes the value of the nearest seed, a pixel that is not 0; nearness is
-/// counted in steps of the connectivity, and of seeds equally near the one whose front arrives
-/// first wins: fronts advance in the sweep order of the seeds. What no seed reaches stays 0. The
-/// result covers the image's region with its channels.
+/// Every pixel that is 0 takes the value of the nearest seed, a pixel that is not 0. Distance is
+/// counted in steps of the connectivity. Of seeds equally near, the one whose front arrives first
+/// wins; fronts advance in the sweep order of the seeds. What no seed reaches stays 0. The result
+/// covers the image's region with its channels.
 ///
 /// Throws XQException "RegionsOfInfluence: Dimensions of the connectivity image are not allowed".
 template <ZUMGreyPixel P>

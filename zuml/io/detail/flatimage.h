@@ -27,8 +27,8 @@ struct FlatPlane {
   int t;
 };
 
-/// Z 0, T 0 where the region's box has them, else its first plane: off that, a view of one plane of
-/// a volume would give another plane, or bytes that are no pixels.
+/// Z 0, T 0 where the region's box has them, else its first plane: of a view of another plane, Z 0
+/// would be a different plane of the volume, or bytes that are no pixels.
 inline FlatPlane GetFlatPlane(const ZUMRoDRef& rod) {
   const auto pick = [](int begin, int end) { return begin <= 0 && 0 <= end ? 0 : begin; };
   return {pick(rod.BeginZ(), rod.EndZ()), pick(rod.BeginT(), rod.EndT())};

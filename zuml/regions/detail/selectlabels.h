@@ -1,6 +1,9 @@
 #pragma once
 
+#include <cstddef>
+
 #include "zuml/core/foreachrun.h"
+#include "zuml/core/zumimage.h"
 
 namespace zuml_detail {
 
