@@ -104,17 +104,19 @@ std::string CompareMoved(const Operation& operation, const Outcome& here, const 
   return PixelsOf(here.image) == PixelsOf(there.image) ? "" : "other pixels";
 }
 
-class Everywhere : public testing::Test {
+class Everywhere : public testing::TestWithParam<std::string> {
  protected:
+  const std::vector<Operation>& GetOperations() const { return Operations()[GetParam()]; }
+
   void SetUp() override {
     // The processes are not what the thread sanitizer looks at, and it takes long.
     if (kThreadSanitizer) GTEST_SKIP();
   }
 };
 
-TEST_F(Everywhere, ResultsShareNoPixelsWithOperands) {
-  ForkedCases::Run([](ForkedCases& cases) {
-    for (const Operation& operation : Operations()) {
+TEST_P(Everywhere, ResultsShareNoPixelsWithOperands) {
+  ForkedCases::Run([&](ForkedCases& cases) {
+    for (const Operation& operation : GetOperations()) {
       for (const Change change : {Change::kNone, Change::kIdentity}) {
         const bool identity = change == Change::kIdentity;
         if (!cases.Begin(operation.name + (identity ? ", identity" : ""))) continue;
@@ -148,9 +150,9 @@ TEST_F(Everywhere, ResultsShareNoPixelsWithOperands) {
   });
 }
 
-TEST_F(Everywhere, EndsOfTheCoordinatesAreLikeAnyPlace) {
-  ForkedCases::Run([](ForkedCases& cases) {
-    for (const Operation& operation : Operations()) {
+TEST_P(Everywhere, EndsOfTheCoordinatesAreLikeAnyPlace) {
+  ForkedCases::Run([&](ForkedCases& cases) {
+    for (const Operation& operation : GetOperations()) {
       for (int axis = 0; axis <= 4; ++axis) {
         for (const bool high : {false, true}) {
           const std::string end = high ? " at the greatest " : " at the least ";
@@ -170,13 +172,13 @@ TEST_F(Everywhere, EndsOfTheCoordinatesAreLikeAnyPlace) {
   });
 }
 
-TEST_F(Everywhere, ImagesOfNothingAndOfAnyValue) {
+TEST_P(Everywhere, ImagesOfNothingAndOfAnyValue) {
   constexpr std::pair<Change, const char*> kChanges[] = {{Change::kNoChannel, "no channel"},
                                                          {Change::kNoPixel, "no pixel"},
                                                          {Change::kDefault, "a default image"},
                                                          {Change::kAnyValue, "any value"}};
-  ForkedCases::Run([&kChanges](ForkedCases& cases) {
-    for (const Operation& operation : Operations()) {
+  ForkedCases::Run([&](ForkedCases& cases) {
+    for (const Operation& operation : GetOperations()) {
       const std::vector<Kind> kinds = KindsOf(operation);
       for (const auto& [change, name] : kChanges) {
         for (int operand = -1; operand < static_cast<int>(kinds.size()); ++operand) {
@@ -193,15 +195,15 @@ TEST_F(Everywhere, ImagesOfNothingAndOfAnyValue) {
   });
 }
 
-TEST_F(Everywhere, ExtentsBeyondTheImage) {
+TEST_P(Everywhere, ExtentsBeyondTheImage) {
   constexpr std::pair<Change, const char*> kWays[] = {{Change::kBothWays, "both ways"},
                                                       {Change::kLowWay, "the low way"},
                                                       {Change::kHighWay, "the high way"},
                                                       {Change::kFarLow, "far low"},
                                                       {Change::kFarHigh, "far high"}};
   constexpr long long kExtents[] = {1000, 1000000, 1000000000, 1LL << 31};
-  ForkedCases::Run([&kWays, &kExtents](ForkedCases& cases) {
-    for (const Operation& operation : Operations()) {
+  ForkedCases::Run([&](ForkedCases& cases) {
+    for (const Operation& operation : GetOperations()) {
       const std::vector<Kind> kinds = KindsOf(operation);
       for (int operand = 0; operand < static_cast<int>(kinds.size()); ++operand) {
         const Kind kind = kinds[static_cast<std::size_t>(operand)];
@@ -227,6 +229,15 @@ TEST_F(Everywhere, ExtentsBeyondTheImage) {
     }
   });
 }
+
+std::vector<std::string> GetSubsystems() {
+  std::vector<std::string> names;
+  for (const auto& [name, operations] : Operations()) names.push_back(name);
+  return names;
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, Everywhere, testing::ValuesIn(GetSubsystems()),
+                         [](const auto& subsystem) { return subsystem.param; });
 
 }  // namespace
 }  // namespace zuml_everywhere

@@ -11,6 +11,7 @@
 #include <concepts>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <string>
 #include <tuple>
 #include <type_traits>
@@ -179,10 +180,24 @@ struct Operation {
   std::function<void(Tray&, Outcome*)> run;
 };
 
-inline std::vector<Operation>& Operations() {
-  static std::vector<Operation> operations;
+/// The operations of each subsystem, filled before main.
+inline std::map<std::string, std::vector<Operation>>& Operations() {
+  static std::map<std::string, std::vector<Operation>> operations;
   return operations;
 }
+
+/// Adds operations to the list of a subsystem.
+class Register {
+ public:
+  Register(const char* subsystem, void (*add)()) {
+    list_ = &Operations()[subsystem];
+    add();
+  }
+  static void Put(const Operation& operation) { list_->push_back(operation); }
+
+ private:
+  inline static std::vector<Operation>* list_ = nullptr;
+};
 
 /// Adds a call for each type of the list.
 template <class... P>
@@ -205,7 +220,7 @@ struct Types {
         Set(*outcome, std::apply(call, operands));
       }
     };
-    Operations().push_back({std::string(name) + " of " + ZUMPixelTraits<Q>::kName, traits, run});
+    Register::Put({std::string(name) + " of " + ZUMPixelTraits<Q>::kName, traits, run});
   }
 };
 using Discrete = Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong>;
@@ -248,10 +263,5 @@ void Add(unsigned traits, const char* name, F call) {
   ADD(TRAITS, KINDS, CALL) __VA_OPT__(ZUML_AGAIN ZUML_NOW(ADD, TRAITS, KINDS, __VA_ARGS__))
 #define ZUML_AGAIN() ZUML_STEP
 #define ZUML_NOW ()
-
-/// Fills the list before the tests run.
-struct Register {
-  explicit Register(void (*add)()) { add(); }
-};
 
 }  // namespace zuml_everywhere

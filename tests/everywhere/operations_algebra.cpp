@@ -55,7 +55,7 @@ ZUMImage<Q> UnsafeLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut) {
   return lut.EmptyP() ? ZUMImage<Q>() : ZUMUnsafeLut(image, lut);
 }
 
-const Register kAlgebra([] {
+const Register kOperations("algebra", [] {
   ADD2(kMoves, (Arithmetic, Two, Two), a + b);
   ADD1(kMoves, (Arithmetic, Two), a + 3, 3 + a, abs(a), a / 3, 3 / a, a * 3, 3 * a,
        ZUMPointProduct(a, 3), ZUMPointProduct(3, a));

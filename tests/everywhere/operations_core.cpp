@@ -56,7 +56,7 @@ std::string Describe(const ZUMKernel<Q>& kernel, const ZUMRoDRef& rod) {
   return text;
 }
 
-const Register kCore([] {
+const Register kOperations("core", [] {
   ADD1(kShares, (Value, Two), a.Channel(1), a.Channels(0, 1), a.Row(a.BeginY()),
        a.Plane(a.BeginZ()), a.Frame(a.BeginT()), static_cast<ZUMImage<ZUMByte>>(a),
        static_cast<ZUMImage<ZUMReal>>(a));

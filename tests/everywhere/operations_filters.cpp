@@ -30,7 +30,7 @@ std::string MaskMaxVol(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& mask) 
   return Text(x) + " " + Text(y) + " " + Text(value);
 }
 
-const Register kFilters([] {
+const Register kOperations("filters", [] {
   ADD1(kMoves, (Discrete, Plane<>), ZUMAccumImage<ZUMLong>(a), ZUMXAccumImage<ZUMLong>(a),
        ZUMYAccumImage<ZUMLong>(a));
   ADD1(kMoves, (Real, Plane<>), ZUMAccumImage<ZUMReal>(a), ZUMXAccumImage<ZUMReal>(a),

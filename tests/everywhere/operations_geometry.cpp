@@ -28,7 +28,7 @@ ZUMImage<ZUMLong> Columns(const ZUMImage<P>& image) {
   return table;
 }
 
-const Register kGeometry([] {
+const Register kOperations("geometry", [] {
   ADD1(kDepends | kGrows, (Bool, PlacedBox), ZUMCoorsImage(ZUMRoDRef(a)), ZUMXsImage(ZUMRoDRef(a)),
        ZUMYsImage(ZUMRoDRef(a)), ZUMZsImage(ZUMRoDRef(a)), ZUMTsImage(ZUMRoDRef(a)));
   ADD3(kShares, (Value, Two, Number<3, 0>, Number<-2, 0>), ZUMTranslate(a, b, c, 1, 0));

@@ -47,7 +47,7 @@ void WriteLater(const ZUMImage<ZUMByte>& image) {
   writer.Wait();
 }
 
-const Register kIo([] {
+const Register kOperations("io", [] {
   ADD1(kDepends, (Byte, Plane<Pix, 3>), Write(ZUMWriteEPS, a));
   ADD1(kDepends, (Byte, Plane<>), Write(ZUMWriteEPS, a));
   ADD1(kStays, (Byte, Plane<Pix, 1>), WriteAndRead(ZUMWriteBMP, ZUMReadBMP, a),

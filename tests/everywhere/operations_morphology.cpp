@@ -14,7 +14,7 @@ using Two = Picture<>;
 using One = Picture<Pix, 1>;
 using Mask = Picture<ZUMBool>;
 
-const Register kMorphology([] {
+const Register kOperations("morphology", [] {
   ADD2(kMoves, (Scalar, Two, Window), ZUMDilate(a, b), ZUMDilateEx(a, b), ZUMErode(a, b),
        ZUMErodeEx(a, b), ZUMMinAdd(a, b), ZUMMinAddEx(a, b), ZUMMinSub(a, b), ZUMMinSubEx(a, b));
   ADD2(kMoves, (Scalar, Two, Element<>), ZUMDilate(a, b), ZUMDilateEx(a, b), ZUMErode(a, b),

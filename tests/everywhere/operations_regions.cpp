@@ -27,7 +27,7 @@ std::string Interval(const ZUMImage<ZUMLong>& labels) {
   return Text(first) + " " + Text(last);
 }
 
-const Register kRegions([] {
+const Register kOperations("regions", [] {
   ADD2(kMoves, (Bool, Two, Element<>), ZUMBigRegion(a, b), ZUMRegionLabel(a, b),
        ZUMFillRegion(a, b));
   ADD3(kMoves, (Bool, Two, Element<>, Number<2>), ZUMAreaFilter(a, c, 9, b));

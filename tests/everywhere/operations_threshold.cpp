@@ -10,7 +10,7 @@ namespace {
 using Two = Picture<>;
 using One = Picture<Pix, 1>;
 
-const Register kThreshold([] {
+const Register kOperations("threshold", [] {
   ADD1(kMoves, (Bool, Table<ZUMLong, -3, 20>), ZUMHistogramMinVarianceThr(a),
        ZUMHistogramValleyMinSumThr(a), ZUMHistogramValleyThr(a), ZUMHistogramLowGaussianThr(a),
        ZUMHistogramOtsu(a), ZUMHistogramValleyOtsu(a), ZUMHistogramTrimodalOtsu(a));
