@@ -14,8 +14,10 @@ template <class OutT, class InT>
 ZUMImage<OutT> FilterByPoint(const ZUMImage<InT>& image, const ZUMImage<OutT>& spatial,
                              const ZUMImage<OutT>& value) {
   const ZUMRect k = spatial.Rect();
-  const ZUMRoDRef rod = DisplaceSides(image, k.end.x, k.end.y, k.end.z, k.end.t, k.begin.x,
-                                      k.begin.y, k.begin.z, k.begin.t);
+  // Of the pixels of the image itself.
+  const ZUMRoDRef near = DisplaceSides(image, k.end.x, k.end.y, k.end.z, k.end.t, k.begin.x,
+                                       k.begin.y, k.begin.z, k.begin.t);
+  const ZUMRoDRef rod = Intersection(near, image);
   return MakeByPoint<OutT>(rod, image.GetCSz(), [&](int x, int y, int z, int t, int c) {
     OutT numerator = 0, divisor = 0;
     ForEachPoint(spatial, 1, [&](int kx, int ky, int kz, int kt, int) {

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "zuml/algebra/channels.h"
 #include "zuml/algebra/conditional.h"
-#include "zuml/algebra/frames.h"
 #include "zuml/algebra/tobyte.h"
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/xqexception.h"

@@ -13,9 +13,30 @@
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 #include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/displacedruns.h"
 #include "zuml/filters/gaussiankernels.h"
 
 namespace {
+
+/// The pixels p - k around a pixel p: the distance from p from which their steps count, and for
+/// each its weight.
+template <class W>
+struct Surroundings {
+  zuml_detail::Distance distance;
+  ZUMDisplacementValueArray<W> steps;
+
+  Surroundings(const ZUMRaster& source, const ZUMImage<W>& kernel, const ZUMRoDRef& rod) {
+    const zuml_detail::KernelFromOrigin<W> moved(kernel);
+    distance = moved.GetDistance(-1);
+    steps.SymmetricFromNonZeroPixels(source, zuml_detail::NeededPart(moved.pixels, rod));
+  }
+};
+
+// The pixels of the image whose surroundings lie in it.
+template <class W>
+ZUMRoDRef MakeRegion(const ZUMRoDRef& image, const ZUMImage<W>& kernel) {
+  return Intersection(zuml_detail::MakeMirroredRegion(image, kernel.Rect()), image);
+}
 
 /// The weights of differences. One 0 stands on either side for all that lie beyond.
 template <class W>
@@ -65,17 +86,19 @@ class CTaskBilateralConv final : public XQTask {
   ZUMRoDRef part;
   const ZUMImage<OutT>* result;
   const ZUMImage<InT>* source;
-  const ZUMDisplacementValueArray<OutT>* steps;
+  const Surroundings<OutT>* around;
   const ValueWeights<OutT>* values;
 
-  int Cost() const { return static_cast<int>(2 * steps->GetLength()); }
+  int Cost() const { return static_cast<int>(2 * around->steps.GetLength()); }
 
   void Run() override {
-    ZUMForEachRun(
+    ZUMForEachPlacedRun(
         part,
-        [this](OutT* r, const InT* x, std::ptrdiff_t n) {
+        [this](const ZUMRunPlace& place, OutT* r, const InT* x, std::ptrdiff_t n) {
+          const InT* const from = zuml_detail::PixelAt(*source, place, around->distance);
           for (std::ptrdiff_t i = 0; i < n; i += kBlock) {
-            WriteBlock(r + i, zuml_detail::StoredPixels(x) + i, std::min(kBlock, n - i));
+            WriteBlock(r + i, zuml_detail::StoredPixels(x) + i, zuml_detail::StoredPixels(from) + i,
+                       std::min(kBlock, n - i));
           }
         },
         *result, *source);
@@ -84,10 +107,10 @@ class CTaskBilateralConv final : public XQTask {
  private:
   using S = zuml_detail::Stored<InT>;
 
-  void WriteBlock(OutT* r, const S* x, std::ptrdiff_t n) const {
+  void WriteBlock(OutT* r, const S* x, const S* from, std::ptrdiff_t n) const {
     OutT numerators[kBlock] = {}, divisors[kBlock] = {}, weights[kBlock];
-    for (const auto& step : *steps) {
-      const S* const s = x + step.offset;
+    for (const auto& step : around->steps) {
+      const S* const s = from + step.offset;
       if constexpr (std::same_as<InT, ZUMBool>) {
         S flags[kBlock];
         for (std::ptrdiff_t i = 0; i < n; ++i) flags[i] = s[i] != 0;
@@ -113,20 +136,21 @@ class CTaskBilateralReal final : public XQTask {
   ZUMRoDRef part;
   const ZUMImage<ZUMReal>* result;
   const ZUMImage<ZUMReal>* source;
-  const ZUMDisplacementValueArray<ZUMReal>* steps;
+  const Surroundings<ZUMReal>* around;
   double sigma;
 
-  int Cost() const { return static_cast<int>(16 * steps->GetLength()); }
+  int Cost() const { return static_cast<int>(16 * around->steps.GetLength()); }
 
   void Run() override {
     const double width = 2 * sigma * sigma, peak = 0.3989422804014327 / sigma;
-    ZUMForEachRun(
+    ZUMForEachPlacedRun(
         part,
-        [=, this](ZUMReal* r, const ZUMReal* x, std::ptrdiff_t n) {
+        [=, this](const ZUMRunPlace& place, ZUMReal* r, const ZUMReal* x, std::ptrdiff_t n) {
+          const ZUMReal* const from = zuml_detail::PixelAt(*source, place, around->distance);
           for (std::ptrdiff_t i = 0; i < n; ++i) {
             double numerator = 0, divisor = 0;
-            for (const auto& step : *steps) {
-              const double s = x[i + step.offset], d = x[i] - s;
+            for (const auto& step : around->steps) {
+              const double s = from[i + step.offset], d = x[i] - s;
               const double g = width > 0 ? std::exp(-(d * d) / width) * peak * step.value
                                          : (d == 0 ? step.value : 0);
               numerator += g * s;
@@ -145,13 +169,12 @@ ZUMImage<ZUMReal> ZUMBilateral(const ZUMImage<PixT>& image, double sigma_space, 
   const ZUMImage<ZUMReal> spatial = ZUMGaussian2D(sigma_space, radius);
   if constexpr (std::same_as<PixT, ZUMReal>) {
     if (!(sigma_value >= 0)) throw XQException("ZUMGaussianX: Sigma negative not allowed");
-    ZUMDisplacementValueArray<ZUMReal> steps;
-    steps.SymmetricFromNonZeroPixels(image, spatial);
-    const ZUMRoDRef rod = zuml_detail::MakeMirroredRegion(image, spatial.Rect());
+    const ZUMRoDRef rod = MakeRegion(image, spatial);
+    const Surroundings<ZUMReal> around(image, spatial, rod);
     using Task = CTaskBilateralReal;
     return ZUMRunTasks<Task, ZUMReal>(rod, image.GetCSz(), [&](Task& task) {
       task.source = &image;
-      task.steps = &steps;
+      task.around = &around;
       task.sigma = sigma_value;
     });
   } else {
@@ -171,14 +194,13 @@ requires ZUMKernelCoefficient<OutT> && ZUMDiscretePixel<InT> ZUMImage<OutT> ZUMB
   if (!zuml_detail::IsBox(value) || across != ZUMRect()) {
     throw XQException("ZUMBilateralConv: Dimensions of value kernel not allowed");
   }
-  ZUMDisplacementValueArray<OutT> steps;
-  steps.SymmetricFromNonZeroPixels(image, spatial);
+  const ZUMRoDRef rod = MakeRegion(image, spatial);
+  const Surroundings<OutT> around(image, spatial, rod);
   const ValueWeights<OutT> values(value);
-  const ZUMRoDRef rod = zuml_detail::MakeMirroredRegion(image, spatial.Rect());
   using Task = CTaskBilateralConv<OutT, InT>;
   return ZUMRunTasks<Task, OutT>(rod, image.GetCSz(), [&](Task& task) {
     task.source = &image;
-    task.steps = &steps;
+    task.around = &around;
     task.values = &values;
   });
 }

@@ -31,10 +31,10 @@ template <ZUMGreyPixel PixT>
 ///
 ///   sum of s value(c - s) w(k) / sum of value(c - s) w(k),   s = source(p - k), c = source(p),
 ///
-/// over the spatial kernel's pixels w(k) other than 0 in its sweep order, for the points p at which
-/// its whole box lies inside the source. Channels are filtered each by itself. `long` results are
-/// sums of 32 bits that wrap, and a quotient cut toward zero, 0 where the divisor is 0; reals give
-/// the quotient, a NaN where nothing counts.
+/// over the spatial kernel's pixels w(k) other than 0 in its sweep order, for the pixels p of
+/// the source for which its whole box lies inside the source. Channels are filtered each by itself.
+/// `long` results are sums of 32 bits that wrap, and a quotient cut toward zero, 0 where the
+/// divisor is 0; reals give the quotient, a NaN where nothing counts.
 ///
 /// Throws XQException "ZUMBilateralConv: it not allows  multichanel kernels" and
 /// "ZUMBilateralConv: Dimensions of value kernel not allowed" for the kernel of values, and for a

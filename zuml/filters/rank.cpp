@@ -13,6 +13,7 @@
 #include "zuml/core/xqexception.h"
 #include "zuml/core/xqmemory.h"
 #include "zuml/core/zumdisplacement.h"
+#include "zuml/filters/detail/displacedruns.h"
 #include "zuml/filters/detail/rankbits.h"
 #include "zuml/filters/detail/selection.h"
 #include "zuml/filters/detail/selectionnetwork.h"
@@ -23,6 +24,7 @@ namespace {
 /// those that leave.
 struct Mask {
   ZUMDisplacementArray all, in, out;
+  zuml_detail::Distance distance;  // from which the steps count
 };
 
 /// Up to this many values are selected by a network: sorting them costs less than keeping counts.
@@ -39,6 +41,15 @@ class RankTask : public XQTask {
   std::int64_t k;
 
  protected:
+  // Calls body(r, x, n) for each run of the part: the result's pixels from r on, and the source's
+  // from which the steps count.
+  template <class Body>
+  void ForEachRun(const Body& body) const {
+    zuml_detail::ForEachDisplacedRun(
+        part, [&](const ZUMRunPlace&, P* r, const P* x, std::ptrdiff_t n) { body(r, x, n); },
+        *result, *source, mask->distance);
+  }
+
   // Selects by a network if the mask is small; whether it did.
   bool SelectByNetwork() {
     const std::size_t n = mask->all.GetLength();
@@ -61,9 +72,7 @@ class RankTask : public XQTask {
 
   // The values under the mask collected at each pixel.
   void SelectEach() {
-    ZUMForEachRun(
-        part, [this](P* r, const P* x, std::ptrdiff_t n) { SelectEach(r, x, n); }, *result,
-        *source);
+    ForEachRun([this](P* r, const P* x, std::ptrdiff_t n) { SelectEach(r, x, n); });
   }
 
  private:
@@ -74,27 +83,24 @@ class RankTask : public XQTask {
     const auto values =
         zuml_detail::MakeScratch<P>(mask->all.GetLength() * static_cast<std::size_t>(kWidth));
     P selected[kWidth];
-    ZUMForEachRun(
-        part,
-        [&](P* r, const P* x, std::ptrdiff_t count) {
-          for (std::ptrdiff_t i = 0; i < count; i += kWidth) {
-            const std::ptrdiff_t width = std::min(kWidth, count - i);
-            P* row = values.get();
-            for (const long long offset : mask->all) {
-              const P* const from = x + i + offset;
-              std::copy_n(from, width, row);
-              std::fill(row + width, row + kWidth, from[width - 1]);
-              row += kWidth;
-            }
-            if (!HasTotalOrder(values.get(), row)) {
-              SelectEach(r + i, x + i, width);
-            } else {
-              select(values.get(), selected);
-              std::copy_n(selected, width, r + i);
-            }
-          }
-        },
-        *result, *source);
+    ForEachRun([&](P* r, const P* x, std::ptrdiff_t count) {
+      for (std::ptrdiff_t i = 0; i < count; i += kWidth) {
+        const std::ptrdiff_t width = std::min(kWidth, count - i);
+        P* row = values.get();
+        for (const long long offset : mask->all) {
+          const P* const from = x + i + offset;
+          std::copy_n(from, width, row);
+          std::fill(row + width, row + kWidth, from[width - 1]);
+          row += kWidth;
+        }
+        if (!HasTotalOrder(values.get(), row)) {
+          SelectEach(r + i, x + i, width);
+        } else {
+          select(values.get(), selected);
+          std::copy_n(selected, width, r + i);
+        }
+      }
+    });
   }
 
   // Whether `<` alone tells the order: not of NaNs, nor of zeros of both signs.
@@ -147,22 +153,19 @@ class CTaskRankOrderBool final : public RankTask<ZUMBool> {
   int Cost() const { return static_cast<int>(2 * mask->in.GetLength()); }
 
   void Run() override {
-    ZUMForEachRun(
-        part,
-        [this](ZUMBool* r, const ZUMBool* x, std::ptrdiff_t n) {
-          const auto count = [&](const ZUMDisplacementArray& steps, std::ptrdiff_t i) {
-            std::int64_t falses = 0;
-            for (const long long offset : steps) falses += !zuml_detail::ValueAt(x, i + offset);
-            return falses;
-          };
-          std::int64_t falses = count(mask->all, 0);
-          r[0] = falses <= k;
-          for (std::ptrdiff_t i = 1; i < n; ++i) {
-            falses += count(mask->in, i) - count(mask->out, i - 1);
-            r[i] = falses <= k;
-          }
-        },
-        *result, *source);
+    ForEachRun([this](ZUMBool* r, const ZUMBool* x, std::ptrdiff_t n) {
+      const auto count = [&](const ZUMDisplacementArray& steps, std::ptrdiff_t i) {
+        std::int64_t falses = 0;
+        for (const long long offset : steps) falses += !zuml_detail::ValueAt(x, i + offset);
+        return falses;
+      };
+      std::int64_t falses = count(mask->all, 0);
+      r[0] = falses <= k;
+      for (std::ptrdiff_t i = 1; i < n; ++i) {
+        falses += count(mask->in, i) - count(mask->out, i - 1);
+        r[i] = falses <= k;
+      }
+    });
   }
 };
 
@@ -173,29 +176,26 @@ class CTaskRankOrderByte final : public RankTask<ZUMByte> {
 
   void Run() override {
     if (SelectByNetwork()) return;
-    ZUMForEachRun(
-        part,
-        [this](ZUMByte* r, const ZUMByte* x, std::ptrdiff_t n) {
-          std::fill(std::begin(histogram_), std::end(histogram_), 0);
-          for (const long long offset : mask->all) ++histogram_[x[offset]];
-          level_ = 0;
-          below_ = 0;
-          r[0] = FindLevel();
-          for (std::ptrdiff_t i = 1; i < n; ++i) {
-            for (const long long offset : mask->out) {
-              const int value = x[i - 1 + offset];
-              --histogram_[value];
-              below_ -= value < level_;
-            }
-            for (const long long offset : mask->in) {
-              const int value = x[i + offset];
-              ++histogram_[value];
-              below_ += value < level_;
-            }
-            r[i] = FindLevel();
-          }
-        },
-        *result, *source);
+    ForEachRun([this](ZUMByte* r, const ZUMByte* x, std::ptrdiff_t n) {
+      std::fill(std::begin(histogram_), std::end(histogram_), 0);
+      for (const long long offset : mask->all) ++histogram_[x[offset]];
+      level_ = 0;
+      below_ = 0;
+      r[0] = FindLevel();
+      for (std::ptrdiff_t i = 1; i < n; ++i) {
+        for (const long long offset : mask->out) {
+          const int value = x[i - 1 + offset];
+          --histogram_[value];
+          below_ -= value < level_;
+        }
+        for (const long long offset : mask->in) {
+          const int value = x[i + offset];
+          ++histogram_[value];
+          below_ += value < level_;
+        }
+        r[i] = FindLevel();
+      }
+    });
   }
 
  private:
@@ -231,12 +231,15 @@ std::int64_t RankOf(std::size_t n, double percentile) {
 template <class Task, class P, class Rank>
 ZUMImage<P> RunFilter(const ZUMImage<P>& image, const ZUMImage<ZUMBool>& element,
                       const Rank& rank) {
-  Mask mask;
-  mask.all.FromNonZeroPixels(image, element);
-  mask.in.FromNonZeroPixelsL2RIn(image, element);
-  mask.out.FromNonZeroPixelsL2ROut(image, element);
-  const std::int64_t k = rank(mask.all.GetLength());
   const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(image, element.Rect());
+  const zuml_detail::KernelFromOrigin<ZUMBool> moved(element);
+  Mask mask;
+  mask.all.FromNonZeroPixels(image, zuml_detail::NeededPart(moved.pixels, rod));
+  if (rod.EmptyP()) return ZUMImage<P>(rod, image.GetCSz(), nullptr);
+  mask.in.FromNonZeroPixelsL2RIn(image, moved.pixels);
+  mask.out.FromNonZeroPixelsL2ROut(image, moved.pixels);
+  mask.distance = moved.GetDistance();
+  const std::int64_t k = rank(mask.all.GetLength());
   return ZUMRunTasks<Task, P>(rod, image.GetCSz(), [&](Task& task) {
     task.source = &image;
     task.mask = &mask;

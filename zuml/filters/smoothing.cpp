@@ -14,10 +14,12 @@
 #include "zuml/core/zumdisplacement.h"
 #include "zuml/filters/detail/boxrows.h"
 #include "zuml/filters/detail/clippedmean.h"
+#include "zuml/filters/detail/displacedruns.h"
 #include "zuml/filters/detail/slidingsum.h"
 #include "zuml/filters/detail/weightedsum.h"
 #include "zuml/filters/detail/wholerows.h"
 
+using zuml_detail::KernelFromOrigin;
 using zuml_detail::PlacedTerms;
 using zuml_detail::Terms;
 using zuml_detail::Unreached;
@@ -97,7 +99,7 @@ class CTaskSmoothSC final : public MeanTask<P> {
 
  private:
   static Terms<ZUMLong> ToLong(const Terms<ZUMReal>& terms) {
-    return {terms.offsets, {terms.weights.begin(), terms.weights.end()}};
+    return {terms.distance, terms.offsets, {terms.weights.begin(), terms.weights.end()}};
   }
 
   // Sums of integers are exact in any order.
@@ -141,18 +143,18 @@ bool SumsFit(std::size_t n) {
 
 template <class P>
 ZUMImage<ZUMReal> RunSliding(const ZUMImage<P>& image, const ZUMRoDRef& rod,
-                             const Terms<ZUMReal>& all, const ZUMImage<ZUMBool>& mask) {
+                             const Terms<ZUMReal>& all, const KernelFromOrigin<ZUMBool>& moved,
+                             const ZUMImage<ZUMBool>& mask) {
   ZUMDisplacementArray out, in;
-  out.FromNonZeroPixelsL2ROut(image, mask);
-  in.FromNonZeroPixelsL2RIn(image, mask);
-  Terms<ZUMReal> changes;
+  out.FromNonZeroPixelsL2ROut(image, moved.pixels);
+  in.FromNonZeroPixelsL2RIn(image, moved.pixels);
+  Terms<ZUMReal> changes{all.distance, {}, {}};
   AddSteps(changes, out, -1);
   AddSteps(changes, in, 1, 1);
   const ZUMRect box = mask.Rect();
-  const bool filled = zuml_detail::IsBox(mask) && zuml_detail::IsBox(rod) &&
-                      static_cast<std::size_t>(mask.NPixels()) == all.offsets.size() &&
-                      zuml_detail::SizeOf(box, zuml_detail::kZ) == 1 && box.begin.z == 0 &&
-                      zuml_detail::SizeOf(box, zuml_detail::kT) == 1 && box.begin.t == 0;
+  const bool plane = box.begin.z == 0 && box.end.z == 0 && box.begin.t == 0 && box.end.t == 0;
+  const bool filled = plane && zuml_detail::IsBox(mask) && zuml_detail::IsBox(rod) &&
+                      static_cast<std::size_t>(mask.NPixels()) == all.offsets.size();
   using Task = CTaskSmoothSC<P>;
   return ZUMRunTasks<Task, ZUMReal>(rod, image.GetCSz(), [&](Task& task) {
     zuml_detail::KeepRowsWhole(task.part, rod);
@@ -173,8 +175,10 @@ ZUMImage<ZUMReal> RunDirect(const ZUMImage<P>& image, const ZUMRoDRef& rod,
   });
 }
 
+// A step of -INT_MIN stops at INT_MAX: neither reaches a pixel.
 ZUMBasePoint<int> Mirror(const ZUMRunPlace& at, std::ptrdiff_t i) {
-  return {-(at.x + static_cast<int>(i)), -at.y, -at.z, -at.t};
+  const auto negate = [](std::int64_t a) { return zuml_detail::ToCoordinate(-a); };
+  return {negate(at.x + i), negate(at.y), negate(at.z), negate(at.t)};
 }
 
 // The kernel's pixels as the places that they read. In a single row or column they lie where they
@@ -225,11 +229,13 @@ requires ZUMCorrPixels<OutT, InT> ZUMImage<OutT> ZUMSmooth(const ZUMImage<InT>& 
 template <ZUMScalarPixel PixT>
 ZUMImage<ZUMReal> ZUMSmooth(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>& mask) {
   if (mask.GetCSz() != 1) throw XQException("ZUMSmooth only allows a mask with one channel");
-  ZUMDisplacementArray steps, entering;
-  steps.FromNonZeroPixels(image, mask);
-  entering.FromNonZeroPixelsL2RIn(image, mask);
   const ZUMRoDRef rod = zuml_detail::MakeDirectRegion(image, mask.Rect());
-  Terms<ZUMReal> all;
+  const KernelFromOrigin<ZUMBool> moved(mask);
+  ZUMDisplacementArray steps, entering;
+  steps.FromNonZeroPixels(image, zuml_detail::NeededPart(moved.pixels, rod));
+  if (rod.EmptyP()) return ZUMImage<ZUMReal>(rod, image.GetCSz(), nullptr);
+  entering.FromNonZeroPixelsL2RIn(image, moved.pixels);
+  Terms<ZUMReal> all{moved.GetDistance(), {}, {}};
   AddSteps(all, steps, 1);
   if (steps.GetLength() <= 2 * entering.GetLength()) return RunDirect(image, rod, all);
   if constexpr (!std::same_as<PixT, ZUMReal>) {
@@ -239,7 +245,7 @@ ZUMImage<ZUMReal> ZUMSmooth(const ZUMImage<PixT>& image, const ZUMImage<ZUMBool>
       return ZUMSmooth(wide, mask);
     }
   }
-  return RunSliding(image, rod, all, mask);
+  return RunSliding(image, rod, all, moved, mask);
 }
 
 template <class OutT, class InT>
