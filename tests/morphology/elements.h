@@ -2,15 +2,17 @@
 #pragma once
 
 #include "tests/support/testimages.h"
+#include "zuml/core/pixelarith.h"
 
 namespace zuml_test {
 
 using Point = ZUMBasePoint<int>;
 using ScalarTypes = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
 
-/// p + sign k.
+/// p + k for sign 1, p - k for -1; coordinates wrap.
 inline Point Add(const Point& p, int sign, const Point& k) {
-  return Point(p.x + sign * k.x, p.y + sign * k.y, p.z + sign * k.z, p.t + sign * k.t);
+  const auto add = [sign](int a, int b) { return sign > 0 ? ZUMWrapAdd(a, b) : ZUMWrapSub(a, b); };
+  return Point(add(p.x, k.x), add(p.y, k.y), add(p.z, k.z), add(p.t, k.t));
 }
 
 /// Calls f(k, value) for each pixel of the element that is not 0, in sweep order.
