@@ -216,11 +216,6 @@ void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask, std::u
   ZUMDrawMask(image, mask, kInPlace, colour);
 }
 
-void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask, std::uint32_t colour,
-                 double alpha) {
-  ZUMDrawMask(image, mask, kInPlace, colour, alpha);
-}
-
 void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
                  const ZUMBasePoint<int>& displacement, std::uint32_t colour) {
   RequireChannels(image, mask, zuml_detail::kLastColourChannel);
@@ -229,8 +224,9 @@ void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
   });
 }
 
-void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
-                 const ZUMBasePoint<int>& displacement, std::uint32_t colour, double alpha) {
+void zuml_detail::BlendColouredMask(const ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
+                                    const ZUMBasePoint<int>& displacement, std::uint32_t colour,
+                                    double alpha) {
   RequireChannels(image, mask, zuml_detail::kLastColourChannel);
   zuml_detail::DrawInColour(colour, [&](ZUMByte value, int c) {
     DrawMask(image, mask, displacement, Blend<ZUMByte>(value, alpha), c);

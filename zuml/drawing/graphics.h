@@ -9,6 +9,7 @@
 /// range" if the target does not have all those channels. All run on the calling thread.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <type_traits>
 
@@ -65,15 +66,27 @@ ZUML_API void ZUMDrawMask(ZUMImage<P>& image, const ZUMImage<ZUMBool>& mask,
 /// In a colour: channel k of the mask is drawn into channel k with the colour's bits 0 to 7, into k
 /// + 1 with the bits 8 to 15, into k + 2 with the bits 16 to 23. An image without all of these
 /// channels is refused, and stays as it is.
-///
-/// An integer behind the value is always a channel: in ZUMDrawMask(image, mask, 255, 0), 255 is the
-/// value and 0 the channel. The alpha of a colour is therefore written as a double.
 ZUML_API void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
                           std::uint32_t colour);
 ZUML_API void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
-                          std::uint32_t colour, double alpha);
-ZUML_API void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
                           const ZUMBasePoint<int>& displacement, std::uint32_t colour);
-ZUML_API void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
-                          const ZUMBasePoint<int>& displacement, std::uint32_t colour,
-                          double alpha);
+
+namespace zuml_detail {
+ZUML_API void BlendColouredMask(const ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
+                                const ZUMBasePoint<int>& displacement, std::uint32_t colour,
+                                double alpha);
+}  // namespace zuml_detail
+
+/// A colour blended over the pixels. An integer behind the value is always a channel: in
+/// ZUMDrawMask(image, mask, 255, 0), 255 is the value and 0 the channel. So an alpha here is a
+/// floating number.
+template <std::floating_point Alpha>
+void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask, std::uint32_t colour,
+                 Alpha alpha) {
+  zuml_detail::BlendColouredMask(image, mask, {}, colour, static_cast<double>(alpha));
+}
+template <std::floating_point Alpha>
+void ZUMDrawMask(ZUMImage<ZUMByte>& image, const ZUMImage<ZUMBool>& mask,
+                 const ZUMBasePoint<int>& displacement, std::uint32_t colour, Alpha alpha) {
+  zuml_detail::BlendColouredMask(image, mask, displacement, colour, static_cast<double>(alpha));
+}
