@@ -50,7 +50,6 @@ ZUMImage<P> Reference(const ZUMImage<P>& image, const ZUMRoDRef& target, ZUMInte
 
 template <class P>
 class Warp : public testing::Test {};
-using ScalarTypes = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
 TYPED_TEST_SUITE(Warp, ScalarTypes);
 
 constexpr ZUMInterpolation kRules[] = {ZUMInterpolationNearest, ZUMInterpolationLinear};

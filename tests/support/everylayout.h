@@ -59,14 +59,16 @@ P EdgePixel(Random& random) {
     return random.Next() % 2 ? static_cast<P>(random.Int(-3, 36)) : random.Pixel<P>();
   }
 }
-inline constexpr auto kEdgePixel = []<class P>(Random& random) { return EdgePixel<P>(random); };
 
 inline Layout DrawLayout(Random& random) { return kLayouts[random.Int(0, 3)]; }
 
-/// Calls check(image, random) with images of `csz` channels, whose pixels make<P>(random) draws.
-/// Some regions are cut along X for the tasks, or not at all.
-template <class P, class Make, class Check>
-void ForEachLayout(int csz, const Make& make, const Check& check) {
+// std::function here and below, so that each type compiles these once and not for every operation.
+
+/// Calls check(image, random) with images of `csz` channels, whose pixels make(random) draws. Some
+/// regions are cut along X for the tasks, or not at all.
+template <class P>
+void ForEachLayout(int csz, const std::function<P(Random&)>& make,
+                   const std::function<void(const ZUMImage<P>&, Random&)>& check) {
   Random random(static_cast<std::uint64_t>(csz) * 31 + sizeof(P));
   for (const Layout layout : kLayouts) {
     for (const int threads : kThreadCounts) {
@@ -74,8 +76,7 @@ void ForEachLayout(int csz, const Make& make, const Check& check) {
       const ZUMRect box = random.Int(0, 2) == 0 ? MakeRandomBox(random, 150, 2)
                                                 : MakeRandomBox(random, 70, 9, 3, 2);
       const auto image = MakeRandomImage<P>(random, box, csz, layout);
-      ForEachPoint(image, csz,
-                   [&](auto... at) { image(at...) = make.template operator()<P>(random); });
+      ForEachPoint(image, csz, [&](auto... at) { image(at...) = make(random); });
       const auto before = ZUMCopy(image);
       SCOPED_TRACE(testing::Message() << ZUMPixelTraits<P>::kName << " " << image << " layout "
                                       << static_cast<int>(layout) << " threads " << threads);
@@ -86,16 +87,21 @@ void ForEachLayout(int csz, const Make& make, const Check& check) {
   }
 }
 
-template <class P, class Check>
-void ForEachLayout(int csz, const Check& check) {
-  ForEachLayout<P>(csz, kAnyPixel, check);
+template <class P>
+void ForEachLayout(int csz, const std::function<void(const ZUMImage<P>&, Random&)>& check) {
+  ForEachLayout<P>(
+      csz, [](Random& random) { return random.Pixel<P>(); }, check);
 }
 
-/// The same for each type of a list and each number of channels.
+/// The same for each type of a list and each number of channels; make and check are templates.
 template <class... Ps, class Make, class Check>
 void ForEachLayout(testing::Types<Ps...>, std::initializer_list<int> channels, const Make& make,
                    const Check& check) {
-  for (const int csz : channels) (ForEachLayout<Ps>(csz, make, check), ...);
+  const auto run = [&]<class P>(std::type_identity<P>, int csz) {
+    ForEachLayout<P>(
+        csz, [&](Random& random) { return make.template operator()<P>(random); }, check);
+  };
+  for (const int csz : channels) (run(std::type_identity<Ps>(), csz), ...);
 }
 
 /// A box that overlaps another in part, reaches beyond it, and now and then misses it.
@@ -160,8 +166,9 @@ auto InPixels(Op op) {
 
 /// Expects the pixels that rule(x, y, z, t, c) gives. A NaN is a NaN: which of two an operation
 /// hands on is open.
-template <class R, class Rule>
-void ExpectPixels(const ZUMImage<R>& result, const ZUMRoDRef& rod, int csz, Rule rule) {
+template <class R>
+void ExpectPixels(const ZUMImage<R>& result, const ZUMRoDRef& rod, int csz,
+                  const std::type_identity_t<std::function<R(int, int, int, int, int)>>& rule) {
   const auto one_nan = [](double v) { return std::isnan(v) ? NAN : v; };
   const auto pixel = [&](R v) -> R {
     if constexpr (std::same_as<R, double>) {
@@ -179,9 +186,10 @@ void ExpectPixels(const ZUMImage<R>& result, const ZUMRoDRef& rod, int csz, Rule
 }
 
 /// Calls f(a, b, n), two images and a number; the images must stay as they are.
-template <class P, class F>
-void ForEachOperands(int csz_a, int csz_b, F f) {
-  ForEachLayout<P>(csz_a, kEdgePixel, [&](const ZUMImage<P>& a, Random& random) {
+template <class P>
+void ForEachOperands(int csz_a, int csz_b,
+                     const std::function<void(const ZUMImage<P>&, const ZUMImage<P>&, P)>& f) {
+  ForEachLayout<P>(csz_a, EdgePixel<P>, [&](const ZUMImage<P>& a, Random& random) {
     const auto b =
         MakeRandomImage<P>(random, MakeOverlappingBox(random, a.Rect()), csz_b, DrawLayout(random));
     ForEachPoint(b, csz_b, [&](auto... at) { b(at...) = EdgePixel<P>(random); });
@@ -233,7 +241,7 @@ void CheckForms(Op op, Rule rule, const std::string& name = "",
 /// Checks op(image).
 template <class P, class Op, class Rule>
 void CheckUnary(Op op, Rule rule) {
-  ForEachLayout<P>(2, kEdgePixel, [&](const ZUMImage<P>& a, Random&) {
+  ForEachLayout<P>(2, EdgePixel<P>, [&](const ZUMImage<P>& a, Random&) {
     ExpectPixels(op(a), a, 2, [&](auto... at) { return rule(a(at...)); });
   });
 }

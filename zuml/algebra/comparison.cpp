@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <cstdint>
-#include <type_traits>
 
+#include "zuml/algebra/detail/flagbeside.h"
 #include "zuml/core/detail/pointwise.h"
 
+using zuml_detail::FlagBeside;
 using zuml_detail::PointwiseII;
 using zuml_detail::PointwiseIN;
 using zuml_detail::PointwiseNI;
@@ -59,13 +59,6 @@ struct OpGreaterEqual {
     return a >= b;
   }
 };
-
-// An unsigned integer as wide as a pixel, so that a loop over both keeps to one width of vectors.
-template <class P>
-using FlagBeside = std::conditional_t<
-    sizeof(P) == 1, std::uint8_t,
-    std::conditional_t<sizeof(P) == 2, std::uint16_t,
-                       std::conditional_t<sizeof(P) == 4, std::uint32_t, std::uint64_t>>>;
 
 // Whether equal(i) holds for every pixel of a run of P. It is asked for a stretch at a time, since
 // a loop that may leave at every pixel is not vectorised.

@@ -1,19 +1,20 @@
 #include "zuml/algebra/extrema.h"
 
 #include <cstddef>
-#include <cstdint>
 #include <type_traits>
 
+#include "zuml/algebra/detail/flagbeside.h"
 #include "zuml/core/detail/mapped.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
 
+using zuml_detail::FlagBeside;
 using zuml_detail::Stored;
 using zuml_detail::ValueAt;
 
 namespace {
 
-// Which of two pixels is the better one. A NaN is better than nothing, and nothing better than it.
+// Which of two pixels is the better one. No comparison with a NaN holds, on either side.
 struct Greater {
   template <class P>
   static bool IsBetter(P a, P b) {
@@ -102,7 +103,7 @@ class ExtremumTask : public XQTask {
 };
 
 // Sweeps the image with tasks. All start from the image's first pixel and look for better ones, so
-// that empty parts find nothing and the parts' own first pixels have no weight.
+// that an empty part finds nothing and the first pixel of a part counts like any other.
 template <class Task, class P, class... Totals>
 void RunExtrema(const ZUMImage<P>& image, Totals&... totals) {
   const P* pixel = static_cast<const P*>(image.PixelAddress(image.Begin(), 0));
@@ -130,21 +131,14 @@ void RequireValue(const char* operation, const ZUMImage<P>& image) {
   }
 }
 
-// An integer as wide as a pixel, so that what comparisons give fills vectors of equal length.
-template <class P>
-using Flag = std::conditional_t<
-    sizeof(P) == 1, std::uint8_t,
-    std::conditional_t<sizeof(P) == 2, std::uint16_t,
-                       std::conditional_t<sizeof(P) == 4, std::uint32_t, std::uint64_t>>>;
-
 // The first pixel of the run that equals the value; null if none does.
 template <class P>
 const P* FindEqual(const P* x, std::ptrdiff_t n, P value) {
   constexpr std::ptrdiff_t kStretch = 64;
   std::ptrdiff_t i = 0;
   for (; i + kStretch <= n; i += kStretch) {
-    Flag<P> any = 0;
-    for (std::ptrdiff_t j = 0; j < kStretch; ++j) any |= Flag<P>{ValueAt(x, i + j) == value};
+    FlagBeside<P> any = 0;
+    for (std::ptrdiff_t j = 0; j < kStretch; ++j) any |= FlagBeside<P>{ValueAt(x, i + j) == value};
     if (any) break;
   }
   for (; i < n; ++i) {

@@ -1,9 +1,9 @@
 /// Extreme values and where they are.
 ///
 /// Values are compared strictly, in sweep order: among equal pixels the first one stays, and a NaN
-/// never displaces a number, nor a number a NaN that stands first in the image. So an image of
-/// reals whose first pixel is a NaN has that NaN as its maximum and its minimum. None of this
-/// depends on the number of tasks.
+/// never displaces a number. No number displaces a NaN that stands first in the image, so that an
+/// image of reals that begins with a NaN has it as its maximum and its minimum. The number of tasks
+/// changes nothing.
 #pragma once
 
 #include <type_traits>

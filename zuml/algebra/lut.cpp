@@ -39,7 +39,7 @@ void RequireTableOfAxes(const char* operation, const ZUMRoDRef& table, int sourc
   }
 }
 
-// A table laid open for the loops, which take it by value: so the compiler knows that the pixels
+// What the loops need of a table. They take it by value, so that the compiler knows that the pixels
 // they write do not change it. Its pixels are only copied, so bool ones go as bytes.
 template <class Q>
 struct Table {

@@ -5,7 +5,7 @@
 /// lookup can give a grey image its colours.
 ///
 /// The result covers the source's region. Both forms refuse, with their own name before the colon:
-/// a table whose region is no box, "ZUMLut: Only LUTs with rectangular RoD are allowed"; a table
+/// a table whose region is not a box, "ZUMLut: Only LUTs with rectangular RoD are allowed"; a table
 /// with too many axes, "ZUMLut: Only 1D lut is allowed with monochrome image", "ZUMLut: Only 2D lut
 /// is allowed with two channels image", "ZUMLut: Only 3D lut is allowed with three channels image";
 /// a source of no channel or of more than three, "ZUMLut: Number of channels of the imagen not

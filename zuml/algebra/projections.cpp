@@ -18,7 +18,7 @@ using zuml_detail::ValueAt;
 
 namespace {
 
-// What is made of a line: its value before the first pixel, with one pixel more, and with a run.
+// How a line becomes one pixel: the value to start from, and what a pixel or a run adds to it.
 
 struct OpSum {
   template <class OutT>

@@ -141,7 +141,7 @@ double SpreadWide(const ZUMImage<P>& image) {
 
 }  // namespace
 
-/// Adds the channels of its part up.
+/// Adds up the channels of its part.
 template <class OutT, class InT>
 class CTaskSumChannels final : public XQTask {
  public:
@@ -192,7 +192,7 @@ template <ZUMGreyPixel PixT>
 ZUMReal ZUMStdDeviation(const ZUMImage<PixT>& image) {
   const Moments m = SweepMoments(image);
   const double spread = m.n * m.q - m.s * m.s;
-  // A NaN among the pixels stays one.
+  // Written so that a NaN stays a NaN.
   return std::sqrt(spread < 0 ? 0.0 : spread) * (1 / m.n);
 }
 
