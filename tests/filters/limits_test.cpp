@@ -1,5 +1,5 @@
-// What every filter bears: images and kernels at the ends of 32 bits, kernels and boxes far away or
-// far larger than the image, and images of no channel. No result shares its operand's pixels.
+// Filters of images and by kernels that lie anywhere among the 32-bit coordinates give the pixels
+// that they give around the origin, as far as 32 bits go.
 
 #include <gtest/gtest.h>
 
@@ -38,7 +38,7 @@ struct Filter {
   std::function<ZUMGenericImage(const ZUMImage<P>&, const ZUMImage<bool>&)> run;
 };
 
-/// All filters; a new one joins by a line.
+/// The filters; a new one joins by a line.
 template <class P>
 std::vector<Filter<P>> AllFilters() {
   using W = ZUMNaturalSum<P>;
@@ -63,15 +63,12 @@ std::vector<Filter<P>> AllFilters() {
       {"conv, kernel", 1, [](Im a, Mask k) { return ZUMConv(a, ZUMKernel<W>(ZUMImage<W>(k))); }},
       {"corr, kernel", -1, [](Im a, Mask k) { return ZUMCorr(a, ZUMKernel<W>(ZUMImage<W>(k))); }},
       {"conv, no stage", 0, [=](Im a, Mask) { return ZUMConv(a, empty); }},
-      {"corr, no stage", 0, [=](Im a, Mask) { return ZUMCorr(a, empty); }},
       {"conv, stages", 0, [=](Im a, Mask) { return ZUMConv(a, separable); }},
       {"conv, Ex", 0, [](Im a, Mask k) { return ZUMConvEx(a, ZUMImage<W>(k)); }},
       {"derive, X", 0, [=](Im a, Mask) { return ZUMDeriveEx(a, x); }},
       {"derive, Y", 0, [=](Im a, Mask) { return ZUMDeriveEx(a, y); }},
       {"median", -1,
        [](Im a, Mask k) { return ZUMMedianMasked(a, k, ZUMImage<bool>(a, a.GetCSz(), false)); }},
-      {"mean", -1, [](Im a, Mask k) { return ZUMMean(a, k); }},
-      {"deviation", 1, [](Im a, Mask k) { return ZUMStdDeviation(a, ZUMImage<W>(k)); }},
       {"variance", 1, [](Im a, Mask k) { return ZUMVariance(a, ZUMKernel<W>(ZUMImage<W>(k))); }},
       {"correlation coefficient", -1, [](Im a, Mask k) { return ZUMCorCoef(a, ZUMImage<P>(k)); }},
       {"sums along X", 0, [](Im a, Mask) { return ZUMXAccumImage(a); }},
@@ -81,11 +78,11 @@ std::vector<Filter<P>> AllFilters() {
   };
 }
 
-/// A copy of the image whose region and kernel begins elsewhere on an axis.
+/// A copy of the image that begins elsewhere on an axis.
 template <class P>
 ZUMImage<P> CopyTo(int begin, const ZUMImage<P>& image, Axis axis) {
   ZUMRect box = image.Rect();
-  box.end.*axis += begin - box.begin.*axis;
+  box.end.*axis = begin + (box.end.*axis - box.begin.*axis);
   box.begin.*axis = begin;
   return ZUMImage<P>(box, image.GetCSz(), static_cast<const P*>(ZUMCopy(image).GetData()));
 }
@@ -133,12 +130,6 @@ TYPED_TEST(FilterLimits, MoveWithTheirOperands) {
       for (const int begin : {kLeast, -1, kMost - size + 1}) {
         SCOPED_TRACE(testing::Message() << filter.name << " at " << begin << " of " << size);
         const auto far = CopyTo(begin, image, axis);
-        if (near.BeginX() == -1 || near.BeginY() == -1) {  // room for a line of zeros
-          if (begin == kLeast) {
-            EXPECT_NO_THROW(static_cast<void>(filter.run(far, mask)));
-            continue;
-          }
-        }
         ExpectMoved(filter.run(far, mask), near, axis, begin);
         if (filter.follows == 0) continue;
         for (const int away : kFar) {
@@ -172,41 +163,13 @@ TYPED_TEST(FilterLimits, KernelsOutOfReachOfTheFormsThatKeepTheRegion) {
   }
 }
 
-TYPED_TEST(FilterLimits, BoxesLargerThanTheImageLeaveNothing) {
-  for (const Axis axis : kAxes) {
-    for (const int begin : kFar) {
-      for (const int end : {-begin - 1, kMost}) {
-        if (begin >= 0 || end < 999) continue;
-        ZUMRect box;
-        box.begin.*axis = begin;
-        box.end.*axis = end;
-        EXPECT_TRUE(ZUMSum(this->image_, box).EmptyP());
-        EXPECT_TRUE(ZUMSum(this->image_, ZUMRoDRef(new OtherRegion(box))).EmptyP());
-      }
-    }
-  }
-}
-
-// With the mask that leaves all pixels as they are.
-TYPED_TEST(FilterLimits, ResultsHavePixelsOfTheirOwn) {
-  const ZUMImage<bool> one(ZUMRect(), 1, true);
-  for (const auto& filter : AllFilters<TypeParam>()) {
-    const ZUMGenericImage result = filter.run(this->image_, one);
-    EXPECT_NE(result.GetSimpleRaster(), this->image_.GetSimpleRaster()) << filter.name;
-    ExpectMoved(result, result, zuml_detail::kX, 0);
-  }
-}
-
-TYPED_TEST(FilterLimits, NoChannelGivesNone) {
+TYPED_TEST(FilterLimits, LargeBoxesAndNoChannel) {
+  ZUMRect box(kLeast, 0, 0, 0, kMost, 0, 0, 0);
+  EXPECT_TRUE(ZUMSum(this->image_, box).EmptyP());
+  EXPECT_TRUE(ZUMSum(this->image_, ZUMRoDRef(new OtherRegion(box))).EmptyP());
   const ZUMImage<TypeParam> none(this->image_, 0, nullptr);
   for (const auto& filter : AllFilters<TypeParam>()) {
-    SCOPED_TRACE(filter.name);
-    EXPECT_EQ(filter.run(none, this->mask_).GetCSz(), 0);
-    // Kernels of no channel have nothing to filter by.
-    try {
-      static_cast<void>(filter.run(this->image_, ZUMImage<bool>(this->mask_, 0, true)));
-    } catch (const XQException&) {
-    }
+    EXPECT_EQ(filter.run(none, this->mask_).GetCSz(), 0) << filter.name;
   }
   const ZUMImage<ZUMNaturalSum<TypeParam>> three(this->mask_, 3, 1);
   EXPECT_EQ(ZUMConv(none, three).GetCSz(), 0);

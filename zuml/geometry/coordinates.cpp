@@ -1,34 +1,29 @@
 #include "zuml/geometry/coordinates.h"
 
 #include <algorithm>
-#include <numeric>
+#include <cstddef>
 
-#include "zuml/core/zumsweep.h"
+#include "zuml/core/detail/axes.h"
+#include "zuml/core/foreachrun.h"
+
+using zuml_detail::Axis;
+using zuml_detail::kT;
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::kZ;
 
 namespace {
 
-enum class Axis { kX, kY, kZ, kT };
-
 // Writes one coordinate to an image of one channel.
 void FillCoordinate(const ZUMImage<ZUMLong>& image, Axis axis) {
-  for (ZUMGenericSweepCoords1 sweep(image, image); sweep.GetStart1(); sweep.Next()) {
-    auto* start = static_cast<ZUMLong*>(sweep.GetStart1());
-    auto* end = static_cast<ZUMLong*>(sweep.GetEnd1()) + 1;
-    switch (axis) {
-      case Axis::kX:
-        std::iota(start, end, sweep.GetX());
-        break;
-      case Axis::kY:
-        std::fill(start, end, sweep.GetY());
-        break;
-      case Axis::kZ:
-        std::fill(start, end, sweep.GetZ());
-        break;
-      case Axis::kT:
-        std::fill(start, end, sweep.GetT());
-        break;
-    }
-  }
+  ZUMForEachPlacedRun(
+      image,
+      [axis](const ZUMRunPlace& place, ZUMLong* r, std::ptrdiff_t n) {
+        const ZUMBasePoint<int> p(place.x, place.y, place.z, place.t);
+        if (axis != kX) std::fill_n(r, n, p.*axis);
+        for (std::ptrdiff_t i = 0; axis == kX && i < n; ++i) r[i] = static_cast<ZUMLong>(p.x + i);
+      },
+      image);
 }
 
 ZUMImage<ZUMLong> MakeCoordinateImage(const ZUMRoDRef& rod, Axis axis) {
@@ -41,14 +36,12 @@ ZUMImage<ZUMLong> MakeCoordinateImage(const ZUMRoDRef& rod, Axis axis) {
 
 ZUMImage<ZUMLong> ZUMCoorsImage(const ZUMRoDRef& rod) {
   const ZUMImage<ZUMLong> result(rod, 4, nullptr);
-  FillCoordinate(result.Channel(0), Axis::kX);
-  FillCoordinate(result.Channel(1), Axis::kY);
-  FillCoordinate(result.Channel(2), Axis::kZ);
-  FillCoordinate(result.Channel(3), Axis::kT);
+  int c = 0;
+  for (const Axis axis : zuml_detail::kAxes) FillCoordinate(result.Channel(c++), axis);
   return result;
 }
 
-ZUMImage<ZUMLong> ZUMXsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, Axis::kX); }
-ZUMImage<ZUMLong> ZUMYsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, Axis::kY); }
-ZUMImage<ZUMLong> ZUMZsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, Axis::kZ); }
-ZUMImage<ZUMLong> ZUMTsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, Axis::kT); }
+ZUMImage<ZUMLong> ZUMXsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, kX); }
+ZUMImage<ZUMLong> ZUMYsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, kY); }
+ZUMImage<ZUMLong> ZUMZsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, kZ); }
+ZUMImage<ZUMLong> ZUMTsImage(const ZUMRoDRef& rod) { return MakeCoordinateImage(rod, kT); }

@@ -1,12 +1,13 @@
 #include "zuml/geometry/gridmoves.h"
 
 #include <algorithm>
-#include <typeinfo>
+#include <cstddef>
+#include <limits>
+#include <utility>
 
 #include "zuml/core/detail/boxes.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumrodrect.h"
-#include "zuml/core/zumsweep.h"
 #include "zuml/geometry/detail/transposeblock.h"
 
 namespace {
@@ -16,21 +17,34 @@ struct Signs {
   int x, y, z, t;
 };
 
+// The region that a move gave, which mirrors these axes of the image. Nothing is the mirror of the
+// least coordinate: an image that has no other one there leaves no point.
+ZUMRoDRef MakeMirrorRegion(const ZUMRoDRef& image, ZUMRegionOfDefinition* moved,
+                           const Signs& signs) {
+  const ZUMRoDRef rod = moved;
+  constexpr int kLeast = std::numeric_limits<int>::min();
+  const ZUMBasePoint<int> end = image.End();
+  const bool none = (signs.x < 0 && end.x == kLeast) || (signs.y < 0 && end.y == kLeast) ||
+                    (signs.z < 0 && end.z == kLeast) || (signs.t < 0 && end.t == kLeast);
+  return none ? ZUMEmptyRoD : rod;
+}
+
 // A new image over the region; its pixel p is the image's pixel at p with the signs applied.
 template <class P>
-ZUMImage<P> Mirror(const ZUMImage<P>& image, const ZUMRoDRef& rod, const Signs& signs) {
-  const ZUMImage<P> result(rod, image.GetCSz(), nullptr);
-  for (ZUMGenericSweepCoords1 sweep(rod, result); sweep.GetStart1(); sweep.Next()) {
-    P* to = static_cast<P*>(sweep.GetStart1());
-    P* end = static_cast<P*>(sweep.GetEnd1()) + 1;
-    const P* from = &image(signs.x * sweep.GetX(), signs.y * sweep.GetY(), signs.z * sweep.GetZ(),
-                           signs.t * sweep.GetT(), sweep.GetC());
-    if (signs.x > 0) {
-      std::copy_n(from, end - to, to);
-    } else {
-      std::reverse_copy(from - (end - to) + 1, from + 1, to);
-    }
-  }
+ZUMImage<P> Mirror(const ZUMImage<P>& image, ZUMRegionOfDefinition* moved, const Signs& signs) {
+  const ZUMImage<P> result(MakeMirrorRegion(image, moved, signs), image.GetCSz(), nullptr);
+  ZUMForEachPlacedRun(
+      result,
+      [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t n) {
+        const P* from = &image(signs.x * place.x, signs.y * place.y, signs.z * place.z,
+                               signs.t * place.t, place.c);
+        if (signs.x > 0) {
+          std::copy_n(from, n, to);
+        } else {
+          std::reverse_copy(from - n + 1, from + 1, to);
+        }
+      },
+      result);
   return result;
 }
 
@@ -41,17 +55,17 @@ ZUMImage<P> Transpose(const ZUMImage<P>& image, const ZUMRoDRef& rod, int x, int
                       int down) {
   const ZUMImage<P> result(rod, image.GetCSz(), nullptr);
   if (rod.EmptyP()) return result;
-  for (int c = 0; c < image.GetCSz(); ++c) {
-    for (int t = rod.BeginT(); t <= rod.EndT(); ++t) {
-      for (int z = rod.BeginZ(); z <= rod.EndZ(); ++z) {
-        zuml_detail::TransposeBlock(&result(rod.BeginX(), rod.BeginY(), z, t, c),
-                                    static_cast<std::ptrdiff_t>(result.GetLineSz()),
-                                    &image(x, y, z, t, c),
+  ZUMRect first_line = rod.Rect();
+  first_line.end.y = first_line.begin.y;
+  ZUMForEachPlacedRun(
+      first_line,
+      [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t n) {
+        zuml_detail::TransposeBlock(to, static_cast<std::ptrdiff_t>(result.GetLineSz()),
+                                    &image(x, y, place.z, place.t, place.c),
                                     static_cast<std::ptrdiff_t>(down * image.GetLineSz()), right,
-                                    rod.RoDYSz(), rod.RoDXSz());
-      }
-    }
-  }
+                                    rod.RoDYSz(), n);
+      },
+      result);
   return result;
 }
 
@@ -66,7 +80,10 @@ template <ZUMValuePixel P>
 ZUMImage<P> ZUMTranslate(const ZUMImage<P>& image, const ZUMBasePoint<int>& d) {
   ZUMRaster raster = image;
   raster.AddMP(d);
-  return ZUMImage<P>(image.RoD().Translate(d.x, d.y, d.z, d.t), raster);
+  const ZUMRoDRef rod = zuml_detail::IsBox(image)
+                            ? zuml_detail::MoveSides(image, 1, d, 1, d)
+                            : ZUMRoDRef(image.RoD().Translate(d.x, d.y, d.z, d.t));
+  return ZUMImage<P>(rod, raster);
 }
 
 template <ZUMValuePixel P>
@@ -96,16 +113,18 @@ ZUMImage<P> ZUMSymmetryT(const ZUMImage<P>& image) {
 
 template <ZUMValuePixel P>
 ZUMImage<P> ZUMRotateZ(const ZUMImage<P>& image, int angle) {
-  const ZUMRoDRef rod = image.RoD().RotateZ(angle);  // refuses other angles
+  ZUMRegionOfDefinition* const turned = image.RoD().RotateZ(angle);  // refuses other angles
   switch ((angle % 360 + 360) % 360) {
     case 90:
-      return Transpose(image, rod, image.BeginX(), image.EndY(), 1, -1);
+      return Transpose(image, MakeMirrorRegion(image, turned, {1, -1, 1, 1}), image.BeginX(),
+                       image.EndY(), 1, -1);
     case 180:
-      return Mirror(image, rod, {-1, -1, 1, 1});
+      return Mirror(image, turned, {-1, -1, 1, 1});
     case 270:
-      return Transpose(image, rod, image.EndX(), image.BeginY(), -1, 1);
+      return Transpose(image, MakeMirrorRegion(image, turned, {-1, 1, 1, 1}), image.EndX(),
+                       image.BeginY(), -1, 1);
     default:
-      return Mirror(image, rod, {1, 1, 1, 1});
+      return Mirror(image, turned, {1, 1, 1, 1});
   }
 }
 

@@ -1,6 +1,9 @@
 /// Moves of the pixel grid that keep every pixel: translation, mirroring, quarter turns and
 /// transposition. Regions move with the pixels: mirroring an image that begins at 0 gives one that
-/// ends at 0. All run in the caller's thread.
+/// ends at 0. Pixels that would leave the 32-bit coordinates drop out, as those at the least one do
+/// in a mirror. All run in the caller's thread.
+///
+/// Bool pixels in wrapped memory keep their bytes.
 #pragma once
 
 #include "zuml/core/export.h"

@@ -1,18 +1,22 @@
 #include "zuml/geometry/scaling.h"
 
 #include <algorithm>
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <limits>
-#include <typeinfo>
+#include <type_traits>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumrodrect.h"
-#include "zuml/core/zumsweep.h"
+
+using zuml_detail::kX;
+using zuml_detail::kY;
+using zuml_detail::SizeOf;
 
 namespace {
 
@@ -57,16 +61,19 @@ class BinningBase : public XQTask {
   int ny = 1;
 
  protected:
-  // The mean over the pixels of the block that the region holds.
-  P MeanOfClippedBlock(int x, int y, int z, int t, int c) const {
-    const int x0 = std::max(x * nx, image->BeginX()), x1 = std::min(x * nx + nx - 1, image->EndX());
-    const int y0 = std::max(y * ny, image->BeginY()), y1 = std::min(y * ny + ny - 1, image->EndY());
+  // The mean over the pixels of the block at x of a line that the region holds.
+  P MeanOfClippedBlock(const ZUMRunPlace& line, long long x) const {
+    const long long y = line.y;
+    const long long x0 = std::max<long long>(x * nx, image->BeginX());
+    const long long x1 = std::min<long long>(x * nx + nx - 1, image->EndX());
+    const long long y0 = std::max<long long>(y * ny, image->BeginY());
+    const long long y1 = std::min<long long>(y * ny + ny - 1, image->EndY());
     double sum = 0;
-    for (int j = y0; j <= y1; ++j) {
-      const P* p = &(*image)(x0, j, z, t, c);
-      for (int i = 0; i <= x1 - x0; ++i) sum += static_cast<double>(p[i]);
+    for (long long j = y0; j <= y1; ++j) {
+      const P* p = &(*image)(static_cast<int>(x0), static_cast<int>(j), line.z, line.t, line.c);
+      for (long long i = 0; i <= x1 - x0; ++i) sum += static_cast<double>(p[i]);
     }
-    const double scale = 1 / (static_cast<double>(x1 - x0 + 1) * (y1 - y0 + 1));
+    const double scale = 1 / (static_cast<double>(x1 - x0 + 1) * static_cast<double>(y1 - y0 + 1));
     return ZUMTruncate<P>(sum * scale);
   }
 
@@ -74,21 +81,24 @@ class BinningBase : public XQTask {
   // ones itself; `from` is the first pixel of the first block.
   template <class Line>
   void ForEachLine(const Line& line) const {
-    for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
-      P* to = static_cast<P*>(sweep.GetStart1());
-      const int count = static_cast<int>(static_cast<P*>(sweep.GetEnd1()) - to) + 1;
-      const int x = sweep.GetX(), y = sweep.GetY(), z = sweep.GetZ(), t = sweep.GetT();
-      const int c = sweep.GetC();
-      const bool whole_y = y * ny >= image->BeginY() && y * ny + ny - 1 <= image->EndY();
-      int first = 0, last = count;  // the whole blocks
-      while (first < last && (!whole_y || (x + first) * nx < image->BeginX())) ++first;
-      while (first < last && (x + last) * nx - 1 > image->EndX()) --last;
-      for (int i = 0; i < first; ++i) to[i] = MeanOfClippedBlock(x + i, y, z, t, c);
-      if (first < last) {
-        line(to + first, &(*image)((x + first) * nx, y * ny, z, t, c), last - first);
-      }
-      for (int i = last; i < count; ++i) to[i] = MeanOfClippedBlock(x + i, y, z, t, c);
-    }
+    ZUMForEachPlacedRun(
+        part,
+        [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t count) {
+          const long long x = place.x, y = static_cast<long long>(place.y) * ny;
+          const bool whole_y = y >= image->BeginY() && y + ny - 1 <= image->EndY();
+          std::ptrdiff_t first = 0, last = count;  // the whole blocks
+          while (first < last && (!whole_y || (x + first) * nx < image->BeginX())) ++first;
+          while (first < last && (x + last) * nx - 1 > image->EndX()) --last;
+          for (std::ptrdiff_t i = 0; i < first; ++i) to[i] = MeanOfClippedBlock(place, x + i);
+          if (first < last) {
+            line(to + first,
+                 &(*image)(static_cast<int>((x + first) * nx), static_cast<int>(y), place.z,
+                           place.t, place.c),
+                 static_cast<int>(last - first));
+          }
+          for (std::ptrdiff_t i = last; i < count; ++i) to[i] = MeanOfClippedBlock(place, x + i);
+        },
+        *result);
   }
 };
 
@@ -158,16 +168,18 @@ ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny) {
   if (!zuml_detail::IsBox(image)) {
     throw XQException("Solo puede hacerse binning NxN para rectangulares");
   }
-  if (nx > image.RoDXSz()) {
+  const std::int64_t x_size = SizeOf(image.Rect(), kX), y_size = SizeOf(image.Rect(), kY);
+  if (nx > x_size) {
     throw XQException("Solo puede hacerse binning NxN para imágenes con ancho mayor o igual que N");
   }
-  if (ny > image.RoDYSz()) {
+  if (ny > y_size) {
     throw XQException("Solo puede hacerse binning NxN para imágenes con alto mayor o igual que N");
   }
   if (nx == 1 && ny == 1) return image;
   const int bx = image.BeginX() / nx, by = image.BeginY() / ny;
-  const ZUMRoDRef rod(bx, by, image.BeginZ(), image.BeginT(), bx + image.RoDXSz() / nx - 1,
-                      by + image.RoDYSz() / ny - 1, image.EndZ(), image.EndT());
+  const ZUMRoDRef rod(bx, by, image.BeginZ(), image.BeginT(),
+                      static_cast<int>(bx + x_size / nx - 1),
+                      static_cast<int>(by + y_size / ny - 1), image.EndZ(), image.EndT());
   if (nx == 2 && ny == 2) return RunBinning<CTaskBinning2D2x2<P>>(image, rod, nx, ny);
   if (nx == 3 && ny == 3) return RunBinning<CTaskBinning2D3x3<P>>(image, rod, nx, ny);
   return RunBinning<CTaskBinning2DNxN<P>>(image, rod, nx, ny);
@@ -191,37 +203,39 @@ class Zoom : public XQTask {
     const int factor = N != 0 ? N : nx;
     const Pixel* line_above = nullptr;
     const Pixel* source_above = nullptr;
-    for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
-      auto* to = static_cast<Pixel*>(sweep.GetStart1());
-      auto* const end = static_cast<Pixel*>(sweep.GetEnd1()) + 1;
-      const int x = FloorDivide(sweep.GetX(), factor);
-      const auto* from = static_cast<const Pixel*>(image->PixelAddress(
-          x, FloorDivide(sweep.GetY(), ny), sweep.GetZ(), sweep.GetT(), sweep.GetC()));
-      if (from == source_above) {
-        std::copy(line_above, line_above + (end - to), to);
-        line_above = to;
-        continue;
-      }
-      source_above = from;
-      line_above = to;
-      // A part that begins inside a repeated pixel goes on with it.
-      const int rest = factor - (sweep.GetX() - x * factor);
-      if (rest < factor) {
-        to = std::fill_n(to, std::min<std::ptrdiff_t>(rest, end - to), *from);
-        ++from;
-      }
-      for (; end - to >= factor; to += factor, ++from) {
-        for (int k = 0; k < factor; ++k) to[k] = *from;
-      }
-      if (to < end) std::fill(to, end, *from);
-    }
+    ZUMForEachPlacedRun(
+        part,
+        [&](const ZUMRunPlace& place, P* start, std::ptrdiff_t n) {
+          Pixel* to = zuml_detail::StoredPixels(start);
+          Pixel* const end = to + n;
+          const int x = FloorDivide(place.x, factor);
+          const auto* from = static_cast<const Pixel*>(
+              image->PixelAddress(x, FloorDivide(place.y, ny), place.z, place.t, place.c));
+          const bool repeated = from == source_above;
+          if (repeated) std::copy(line_above, line_above + n, to);
+          source_above = from;
+          line_above = to;
+          if (repeated) return;
+          // A part that begins inside a repeated pixel goes on with it.
+          const int rest = factor - (place.x - x * factor);
+          if (rest < factor) {
+            to = std::fill_n(to, std::min<std::ptrdiff_t>(rest, n), *from);
+            ++from;
+          }
+          for (; end - to >= factor; to += factor, ++from) {
+            for (int k = 0; k < factor; ++k) to[k] = *from;
+          }
+          if (to < end) std::fill(to, end, *from);
+        },
+        *result);
   }
 };
 
-int ZoomCoordinate(int a, int n) {
-  const long long zoomed = static_cast<long long>(a) * n;
-  if (zoomed <= std::numeric_limits<int>::min() || zoomed > std::numeric_limits<int>::max()) {
-    throw XQException("ZUMZoom2D: coordinate %d times %d is beyond 32 bits", a, n);
+// The first coordinate that a pixel at `a` fills, plus `shift`.
+int ZoomCoordinate(long long a, int n, int shift = 0) {
+  const long long zoomed = a * n + shift;
+  if (zoomed != zuml_detail::ToCoordinate(zoomed)) {
+    throw XQException("ZUMZoom2D: coordinate %lld times %d is beyond 32 bits", a, n);
   }
   return static_cast<int>(zoomed);
 }
@@ -252,9 +266,12 @@ ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny) {
   if (!zuml_detail::IsBox(image))
     throw XQException("Solo puede hacerse zoom NxN para rectangulares");
   if (nx == 1 && ny == 1) return image;
-  const ZUMRoDRef rod(ZoomCoordinate(image.BeginX(), nx), ZoomCoordinate(image.BeginY(), ny),
-                      image.BeginZ(), image.BeginT(), ZoomCoordinate(image.EndX() + 1, nx) - 1,
-                      ZoomCoordinate(image.EndY() + 1, ny) - 1, image.EndZ(), image.EndT());
+  ZUMRect box = image.Rect();
+  box.begin.x = ZoomCoordinate(image.BeginX(), nx);
+  box.begin.y = ZoomCoordinate(image.BeginY(), ny);
+  box.end.x = ZoomCoordinate(image.EndX() + 1LL, nx, -1);
+  box.end.y = ZoomCoordinate(image.EndY() + 1LL, ny, -1);
+  const ZUMRoDRef rod = box;
   if (nx == 2 && ny == 2) return RunZoom<CTaskZoom2D2x2<P>>(image, rod, nx, ny);
   if (nx == 3 && ny == 3) return RunZoom<CTaskZoom2D3x3<P>>(image, rod, nx, ny);
   return RunZoom<CTaskZoom2DNxN<P>>(image, rod, nx, ny);
@@ -287,24 +304,29 @@ ZUMImage<P> ZUMInterlacedField(const ZUMImage<P>& image, int field) {
   const bool paired = field == 2 || field == 3, doubled = field >= 4;
   const int parity = field % 2;
   ZUMRect box = image.Rect();
-  if (!doubled) box.end.y = box.begin.y + (image.EndY() - image.BeginY() - parity) / 2;
-  if (paired) box.end.x = box.begin.x + (image.EndX() - image.BeginX()) / 2;
+  const std::int64_t width = SizeOf(box, kX), height = SizeOf(box, kY);
+  if (!doubled) box.end.y = static_cast<int>(box.begin.y + (height - 1 - parity) / 2);
+  if (paired) box.end.x = static_cast<int>(box.begin.x + (width - 1) / 2);
   const ZUMImage<P> result(ZUMRoDRef(box), image.GetCSz(), nullptr);
 
-  const int last_row = (image.RoDYSz() - 1 - parity) / 2;  // of the field
-  const int width = image.RoDXSz();
-  for (ZUMGenericSweepCoords1 sweep(result, result); sweep.GetStart1(); sweep.Next()) {
-    P* to = static_cast<P*>(sweep.GetStart1());
-    const int row = std::min((sweep.GetY() - box.begin.y) / (doubled ? 2 : 1), last_row);
-    const int y = std::min(image.BeginY() + 2 * row + parity, image.EndY());
-    const P* from = &image(image.BeginX(), y, sweep.GetZ(), sweep.GetT(), sweep.GetC());
-    if (!paired) {
-      std::copy_n(from, width, to);
-      continue;
-    }
-    for (int i = 0; i < width / 2; ++i) to[i] = MeanOfPair(from[2 * i], from[2 * i + 1]);
-    if (width % 2 != 0) to[width / 2] = from[width - 1];
-  }
+  const std::int64_t last_row = (height - 1 - parity) / 2;  // of the field
+  ZUMForEachPlacedRun(
+      result,
+      [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t) {
+        const std::int64_t down = std::int64_t{place.y} - box.begin.y;
+        const std::int64_t row = std::min(doubled ? down / 2 : down, last_row);
+        const std::int64_t y = image.BeginY() + std::min(2 * row + parity, height - 1);
+        const P* from = &image(box.begin.x, static_cast<int>(y), place.z, place.t, place.c);
+        if (!paired) {
+          std::copy_n(from, width, to);
+          return;
+        }
+        for (std::int64_t i = 0; i < width / 2; ++i) {
+          to[i] = MeanOfPair(from[2 * i], from[2 * i + 1]);
+        }
+        if (width % 2 != 0) to[width / 2] = from[width - 1];
+      },
+      result);
   return result;
 }
 

@@ -8,7 +8,8 @@
 /// (nx X + i, ny Y + j); the result begins at Begin / n (division toward zero) and an incomplete
 /// last block is dropped. nx = ny = 1 shares the image.
 ///
-/// Factors 2, 2 and 3, 3 on integers: a 32-bit sum, shifted right by 2 or divided by 9. All else:
+/// Factors 2, 2 and 3, 3 on integers: a 32-bit sum, which wraps for `long` pixels alone, shifted
+/// right by 2 or divided by 9. All else:
 /// the sum in double times 1 / (nx ny), toward zero on integers. A first or last block that begins
 /// or ends outside the region, which happens where the region is not aligned to the factor, is the
 /// mean of the pixels that exist.
@@ -21,10 +22,11 @@ template <ZUMNumericPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMBinning2D(const ZUMImage<P>& image, int nx, int ny);
 
 /// The image with each pixel repeated nx x ny times: the pixel (x, y) fills (nx x, ny y) to
-/// (nx x + nx - 1, ny y + ny - 1). nx = ny = 1 shares the image.
+/// (nx x + nx - 1, ny y + ny - 1), below 0 as above. nx = ny = 1 shares the image.
 ///
-/// Throws XQException "Solo puede hacerse zoom para números positivos" or "Solo puede hacerse zoom
-/// NxN para rectangulares". Tasks: CTaskZoom2D2x2, CTaskZoom2D3x3, CTaskZoom2DNxN.
+/// Throws XQException "Solo puede hacerse zoom para números positivos", "Solo puede hacerse zoom
+/// NxN para rectangulares" or "ZUMZoom2D: coordinate %lld times %d is beyond 32 bits". Tasks:
+/// CTaskZoom2D2x2, CTaskZoom2D3x3, CTaskZoom2DNxN.
 template <ZUMOrderedPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMZoom2D(const ZUMImage<P>& image, int nx, int ny);
 

@@ -3,60 +3,56 @@
 #include <algorithm>
 #include <cmath>
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <type_traits>
-#include <typeinfo>
-#include <vector>
 
 #include "zuml/core/detail/boxes.h"
 #include "zuml/core/detail/pixelvalue.h"
+#include "zuml/core/foreachrun.h"
 #include "zuml/core/taskframe.h"
 #include "zuml/core/xqexception.h"
-#include "zuml/core/zumsweep.h"
 #include "zuml/geometry/detail/warpsource.h"
 #include "zuml/geometry/warp.h"
 
 using zuml_detail::Interpolate;
+using zuml_detail::kX;
 using zuml_detail::Neighbours;
 using zuml_detail::PairAround;
 using zuml_detail::RoundCoordinate;
+using zuml_detail::SizeOf;
 using zuml_detail::Stored;
+using zuml_detail::StoredPixels;
 using zuml_detail::WarpSource;
 
 namespace {
 
-// The four tables of an affine warp: a source position is the sum of an entry by x and one by y.
-class AffineTables {
+// An affine warp's rows of three coefficients.
+using Matrix = double[2][3];
+
+// The columns of a result that a table serves.
+constexpr int kColumns = 4096;
+
+// One source coordinate of an affine warp: the sum of an entry by x of a table and of one number by
+// y.
+class AffineTable {
  public:
-  AffineTables(const ZUMRoDRef& target, const double (&m)[2][3])
-      : begin_x_(target.BeginX()), begin_y_(target.BeginY()) {
-    for (int x = target.BeginX(); x <= target.EndX(); ++x) {
-      xx_.push_back(x * m[0][0]);
-      xy_.push_back(x * m[1][0]);
-    }
-    for (int y = target.BeginY(); y <= target.EndY(); ++y) {
-      yx_.push_back(y * m[0][1] + m[0][2]);
-      yy_.push_back(y * m[1][1] + m[1][2]);
-    }
-    for (const auto* table : {&xx_, &xy_, &yx_, &yy_}) {
-      for (const double v : *table) finite_ = finite_ && std::isfinite(v);
-    }
+  // For the columns from begin on.
+  AffineTable(const double (&m)[3], int begin, int columns) : m_(m), begin_(begin) {
+    for (int i = 0; i < columns; ++i) by_x_[i] = (begin + i) * m[0];
+    finite_ = columns > 0 && std::isfinite(by_x_[0]) && std::isfinite(by_x_[columns - 1]);
   }
 
-  /// The tables by x from the coordinate on.
-  const double* GetSX(int x) const { return xx_.data() + (x - begin_x_); }
-  const double* GetSY(int x) const { return xy_.data() + (x - begin_x_); }
-  /// What a line adds to them.
-  double GetLineSX(int y) const { return yx_[static_cast<std::size_t>(y - begin_y_)]; }
-  double GetLineSY(int y) const { return yy_[static_cast<std::size_t>(y - begin_y_)]; }
-  /// Along a line, source positions then never turn back.
-  bool IsMonotone() const { return finite_; }
+  const double* GetFrom(int x) const { return by_x_ + (x - begin_); }
+  double GetLine(int y) const { return y * m_[1] + m_[2]; }
+  // Along a line, source positions then never turn back.
+  bool IsMonotone(double line) const { return finite_ && std::isfinite(line); }
 
  private:
-  int begin_x_, begin_y_;
-  std::vector<double> xx_, xy_, yx_, yy_;
-  bool finite_ = true;
+  const double (&m_)[3];
+  int begin_;
+  bool finite_;
+  double by_x_[kColumns];
 };
 
 // The indices [first, last) of a line.
@@ -133,7 +129,7 @@ class WarpAffineBase : public XQTask {
   ZUMRoDRef part;
   const ZUMImage<P>* result;
   const ZUMImage<P>* image;
-  const AffineTables* tables;
+  const Matrix* matrix;
   P default_value;
 
  protected:
@@ -142,39 +138,63 @@ class WarpAffineBase : public XQTask {
   template <class Rule>
   void Warp(const Rule& rule) const {
     const ZUMRect box = image->Rect();
-    const bool bounded = tables->IsMonotone() && zuml_detail::IsBox(*image) && !image->EmptyP();
-    for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
-      P* to = static_cast<P*>(sweep.GetStart1());
-      const int n = static_cast<int>(static_cast<P*>(sweep.GetEnd1()) - to) + 1;
-      const double* sx = tables->GetSX(sweep.GetX());
-      const double* sy = tables->GetSY(sweep.GetX());
-      const double add_x = tables->GetLineSX(sweep.GetY());
-      const double add_y = tables->GetLineSY(sweep.GetY());
-      const int z = sweep.GetZ(), t = sweep.GetT(), c = sweep.GetC();
-      if (!bounded) {
-        const WarpSource<P> source(*image, z, t, c, z, t);
-        for (int i = 0; i < n; ++i) {
-          to[i] = rule.Tested(source, sx[i] + add_x, sy[i] + add_y, default_value);
-        }
-        continue;
-      }
-      Range inside{0, 0};
-      if (z >= box.begin.z && z <= box.end.z && t >= box.begin.t && t <= box.end.t) {
-        inside = FindInside({0, n}, sx, add_x, rule.Below(box.begin.x), rule.Above(box.end.x));
-        inside = FindInside(inside, sy, add_y, rule.Below(box.begin.y), rule.Above(box.end.y));
-      }
-      std::fill(to, to + inside.first, default_value);
-      if (inside.first < inside.last) {
-        const SourceLines<P> lines{
-            reinterpret_cast<const Stored<P>*>(&(*image)(box.begin.x, box.begin.y, z, t, c)),
-            static_cast<int>(image->GetLineSz()), box.begin};
-        for (int i = inside.first; i < inside.last; i += kStretch) {
-          const int count = std::min(kStretch, inside.last - i);
-          rule.Read(reinterpret_cast<Stored<P>*>(to + i), lines, {sx + i, add_x}, {sy + i, add_y},
-                    count);
-        }
-      }
-      std::fill(to + inside.last, to + n, default_value);
+    const bool bounded = zuml_detail::IsBox(*image) && !image->EmptyP();
+    ForEachTable([&](const ZUMRoDRef& strip, const AffineTable& xs, const AffineTable& ys) {
+      ZUMForEachPlacedRun(
+          strip,
+          [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t count) {
+            const int n = static_cast<int>(count), z = place.z, t = place.t;
+            const double* sx = xs.GetFrom(place.x);
+            const double* sy = ys.GetFrom(place.x);
+            const double add_x = xs.GetLine(place.y), add_y = ys.GetLine(place.y);
+            if (!bounded || !xs.IsMonotone(add_x) || !ys.IsMonotone(add_y)) {
+              const WarpSource<P> source(*image, z, t, place.c, z, t);
+              for (int i = 0; i < n; ++i) {
+                to[i] = rule.Tested(source, sx[i] + add_x, sy[i] + add_y, default_value);
+              }
+              return;
+            }
+            Range inside{0, 0};
+            if (z >= box.begin.z && z <= box.end.z && t >= box.begin.t && t <= box.end.t) {
+              inside =
+                  FindInside({0, n}, sx, add_x, rule.Below(box.begin.x), rule.Above(box.end.x));
+              inside =
+                  FindInside(inside, sy, add_y, rule.Below(box.begin.y), rule.Above(box.end.y));
+            }
+            std::fill(to, to + inside.first, default_value);
+            if (inside.first < inside.last) {
+              const SourceLines<P> lines{
+                  StoredPixels(&(*image)(box.begin.x, box.begin.y, z, t, place.c)),
+                  static_cast<int>(image->GetLineSz()), box.begin};
+              for (int i = inside.first; i < inside.last; i += kStretch) {
+                rule.Read(StoredPixels(to + i), lines, {sx + i, add_x}, {sy + i, add_y},
+                          std::min(kStretch, inside.last - i));
+              }
+            }
+            std::fill(to + inside.last, to + n, default_value);
+          },
+          *result);
+    });
+  }
+
+ private:
+  // Calls body(strip, table of x, table of y) for upright strips of the part.
+  template <class Body>
+  void ForEachTable(const Body& body) const {
+    if (part.EmptyP()) return;
+    const ZUMRect whole = part.Rect();
+    const auto run = [&](const ZUMRoDRef& strip) {
+      const int begin = strip.BeginX(), columns = strip.RoDXSz();
+      body(strip, AffineTable((*matrix)[0], begin, columns),
+           AffineTable((*matrix)[1], begin, columns));
+    };
+    if (SizeOf(whole, kX) <= kColumns) return run(part);
+    for (long long x = whole.begin.x; x <= whole.end.x; x += kColumns) {
+      ZUMRect box = whole;
+      box.begin.x = static_cast<int>(x);
+      box.end.x = static_cast<int>(std::min<long long>(x + kColumns - 1, whole.end.x));
+      const ZUMRoDRef strip = Intersection(part, box);
+      if (!strip.EmptyP()) run(strip);
     }
   }
 };
@@ -257,11 +277,11 @@ class CTaskWarpAffine2DLinear final : public WarpAffineBase<P> {
 namespace {
 
 template <class Task, class P>
-ZUMImage<P> RunWarpAffine(const ZUMImage<P>& image, const ZUMRoDRef& target,
-                          const AffineTables& tables, P default_value) {
+ZUMImage<P> RunWarpAffine(const ZUMImage<P>& image, const ZUMRoDRef& target, const Matrix& matrix,
+                          P default_value) {
   return ZUMRunTasks<Task, P>(target, image.GetCSz(), [&](Task& task) {
     task.image = &image;
-    task.tables = &tables;
+    task.matrix = &matrix;
     task.default_value = default_value;
   });
 }
@@ -276,15 +296,16 @@ ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image, const ZUMRoDRef& target,
   if (!nearest && interpolation != ZUMInterpolationLinear) {
     throw XQException("ZUMWarpAffine2D: Unknown interpolation method");
   }
-  const AffineTables tables(target, M);
-  return nearest
-             ? RunWarpAffine<CTaskWarpAffine2DNearest<P>, P>(image, target, tables, default_value)
-             : RunWarpAffine<CTaskWarpAffine2DLinear<P>, P>(image, target, tables, default_value);
+  return nearest ? RunWarpAffine<CTaskWarpAffine2DNearest<P>, P>(image, target, M, default_value)
+                 : RunWarpAffine<CTaskWarpAffine2DLinear<P>, P>(image, target, M, default_value);
 }
 
 template <ZUMScalarPixel P>
 ZUMImage<P> ZUMWarpAffine2D(const ZUMImage<P>& image, const ZUMRoDRef& target, XQMatrix& M,
                             ZUMInterpolation interpolation, std::type_identity_t<P> default_value) {
+  if (M.Rows() < 2 || M.Cols() < 3) {
+    throw XQException("ZUMWarpAffine2D: a matrix of %d x %d is below 2 x 3", M.Rows(), M.Cols());
+  }
   const double rows[2][3] = {{M[0][0], M[0][1], M[0][2]}, {M[1][0], M[1][1], M[1][2]}};
   return ZUMWarpAffine2D(image, target, rows, interpolation, default_value);
 }
@@ -299,15 +320,15 @@ class CTaskWarpXLut final : public XQTask {
   const ZUMImage<ZUMLong>* lut;
 
   void Run() override {
-    for (ZUMGenericSweepCoords1 sweep(part, *result); sweep.GetStart1(); sweep.Next()) {
-      P* to = static_cast<P*>(sweep.GetStart1());
-      const auto n = static_cast<P*>(sweep.GetEnd1()) - to + 1;
-      const ZUMLong* columns = &(*lut)(sweep.GetX());
-      const P* line =
-          &(*image)(image->BeginX(), sweep.GetY(), sweep.GetZ(), sweep.GetT(), sweep.GetC());
-      const std::ptrdiff_t begin = image->BeginX();
-      for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = line[columns[i] - begin];
-    }
+    ZUMForEachPlacedRun(
+        part,
+        [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t n) {
+          const ZUMLong* columns = &(*lut)(place.x);
+          const std::ptrdiff_t begin = image->BeginX();
+          const P* line = &(*image)(image->BeginX(), place.y, place.z, place.t, place.c);
+          for (std::ptrdiff_t i = 0; i < n; ++i) to[i] = line[columns[i] - begin];
+        },
+        *result);
   }
 };
 
@@ -319,8 +340,8 @@ ZUMImage<P> ZUMWarpXLut(const ZUMImage<P>& image, const ZUMImage<ZUMLong>& LUTX)
     throw XQException("ZUMWarpXLut: Dimensions of LUTX are not accepted");
   }
   ZUMRect box = image.Rect();
-  box.begin.x = lut.begin.x;
-  box.end.x = image.EmptyP() ? lut.begin.x - 1 : lut.end.x;
+  box.begin.x = image.EmptyP() ? 0 : lut.begin.x;
+  box.end.x = image.EmptyP() ? -1 : lut.end.x;
   return ZUMRunTasks<CTaskWarpXLut<P>, P>(ZUMRoDRef(box), image.GetCSz(), [&](auto& task) {
     task.image = &image;
     task.lut = &LUTX;

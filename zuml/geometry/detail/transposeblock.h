@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "zuml/core/detail/vectors.h"
+
 namespace zuml_detail {
 
 /// What a pixel of so many bytes is moved as.
@@ -34,12 +36,12 @@ template <class W>
 inline void TransposeSquare(W* to, std::ptrdiff_t to_pitch, const W* from,
                             std::ptrdiff_t from_pitch) {
   constexpr int n = 16 / sizeof(W);
-  typedef W Vector __attribute__((vector_size(16)));
-  Vector lines[n], next[n];
-  for (int j = 0; j < n; ++j) std::memcpy(&lines[j], from + j * from_pitch, 16);
+  using V = Vector<W, 16>;
+  V lines[n], next[n];
+  for (int j = 0; j < n; ++j) lines[j] = LoadVector<V>(from + j * from_pitch);
   for (int round = 1; round < n; round *= 2) {
     for (int j = 0; j < n / 2; ++j) {
-      const Vector a = lines[j], b = lines[j + n / 2];
+      const V a = lines[j], b = lines[j + n / 2];
       if constexpr (n == 16) {
         next[2 * j] =
             __builtin_shufflevector(a, b, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5, 21, 6, 22, 7, 23);
@@ -58,7 +60,7 @@ inline void TransposeSquare(W* to, std::ptrdiff_t to_pitch, const W* from,
     }
     std::memcpy(lines, next, sizeof lines);
   }
-  for (int i = 0; i < n; ++i) std::memcpy(to + i * to_pitch, &lines[i], 16);
+  for (int i = 0; i < n; ++i) StoreVector(to + i * to_pitch, lines[i]);
 }
 
 /// A transposition in memory: to[i * to_pitch + j] = from[j * row + i * column], where column is 1

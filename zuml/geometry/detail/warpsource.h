@@ -1,16 +1,16 @@
 /// The sampling rules that all warps share.
 #pragma once
 
-#include <concepts>
-
+#include "zuml/core/detail/pixelvalue.h"
 #include "zuml/core/pixelarith.h"
 #include "zuml/core/zumimage.h"
-#include "zuml/core/zumrodrect.h"
 
 namespace zuml_detail {
 
-/// Whether a position is far inside the 32-bit coordinates; false for NaN.
-inline bool IsCoordinate(double s) { return s > -2e9 && s < 2e9; }
+/// Whether the integer nearest to a position is a coordinate; false for NaN.
+inline bool HasNearest(double s) { return s > -2147483648.5 && s < 2147483647.5; }
+/// Whether both neighbours are coordinates; false for NaN.
+inline bool HasNeighbours(double s) { return s > -2147483648.0 && s < 2147483647.0; }
 
 /// A half with the sign of the position. It takes the place of two branches of arithmetic, which
 /// the compiler would not make vectors of.
@@ -65,14 +65,14 @@ class WarpSource {
   }
 
   P Nearest(double sx, double sy, P default_value) const {
-    if (!IsCoordinate(sx) || !IsCoordinate(sy)) return default_value;
+    if (!HasNearest(sx) || !HasNearest(sy)) return default_value;
     const int x = RoundCoordinate(sx), y = RoundCoordinate(sy);
     return Holds(x, y) ? At(x, y) : default_value;
   }
 
   template <class Pair>
   P Linear(double sx, double sy, P default_value) const {
-    if (!IsCoordinate(sx) || !IsCoordinate(sy)) return default_value;
+    if (!HasNeighbours(sx) || !HasNeighbours(sy)) return default_value;
     const Neighbours x = Pair::Of(sx), y = Pair::Of(sy);
     if (!Holds(x.first, y.first) || !Holds(x.second, y.first) || !Holds(x.first, y.second) ||
         !Holds(x.second, y.second)) {
@@ -86,12 +86,7 @@ class WarpSource {
 
  private:
   bool Holds(int x, int y) const { return covered_ && image_.InP(x, y, test_z_, test_t_); }
-  // Bool pixels in wrapped memory may be any byte.
-  P At(int x, int y) const {
-    const P* pixel = &image_(x, y, z_, t_, c_);
-    if constexpr (std::same_as<P, ZUMBool>) return *reinterpret_cast<const ZUMByte*>(pixel) != 0;
-    return *pixel;
-  }
+  P At(int x, int y) const { return ValueAt(&image_(x, y, z_, t_, c_), 0); }
 
   const ZUMImage<P>& image_;
   int z_, t_, c_, test_z_, test_t_;
