@@ -8,8 +8,8 @@
 #include <utility>
 #include <vector>
 
-#include "tests/support/oddregion.h"
-#include "tests/support/pixelsuites.h"
+#include "tests/support/everylayout.h"
+#include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
 #include "zuml/core/pixelarith.h"
 

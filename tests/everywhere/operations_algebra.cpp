@@ -1,5 +1,6 @@
 #include "tests/everywhere/operation.h"
 #include "zuml/algebra/arithmetic.h"
+#include "zuml/algebra/channels.h"
 #include "zuml/algebra/comparison.h"
 #include "zuml/algebra/conditional.h"
 #include "zuml/algebra/division.h"

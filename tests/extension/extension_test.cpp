@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/diagnostics.h"
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 #include "zuml/core/xqmatrix.h"
 #include "zuml/core/zumconnectivity.h"
@@ -104,8 +105,7 @@ ZUMImage<P> SpreadByPoint(const ZUMImage<P>& image, const Mask& mask, const Mask
 
 template <class P>
 class Extension : public testing::Test {};
-using Algebra = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal, ZUMComplex>;
-TYPED_TEST_SUITE(Extension, Algebra);
+TYPED_TEST_SUITE(Extension, AlgebraTypes);
 
 TYPED_TEST(Extension, SpreadsByFronts) {
   using P = TypeParam;
@@ -186,8 +186,7 @@ ZUMImage<P> Stored(const ZUMImage<ZUMReal>& values) {
 
 template <class P>
 class ScalarExtension : public testing::Test {};
-using Scalars = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
-TYPED_TEST_SUITE(ScalarExtension, Scalars);
+TYPED_TEST_SUITE(ScalarExtension, ScalarTypes);
 
 TYPED_TEST(ScalarExtension, DiffusesAndInterpolates) {
   using P = TypeParam;

@@ -4,6 +4,7 @@
 #include <functional>
 #include <limits>
 
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 #include "zuml/filters/convolution.h"
 #include "zuml/filters/gaussiankernels.h"
@@ -176,8 +177,7 @@ TEST(GaussianKernels, Errors) {
 
 template <class P>
 class Gaussian : public testing::Test {};
-using Scalars = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
-TYPED_TEST_SUITE(Gaussian, Scalars);
+TYPED_TEST_SUITE(Gaussian, ScalarTypes);
 
 TYPED_TEST(Gaussian, FiltersTheAxesThatTheImageHas) {
   Random random(4);

@@ -4,6 +4,7 @@
 #include <limits>
 #include <vector>
 
+#include "tests/support/everylayout.h"
 #include "tests/support/testimages.h"
 #include "tests/support/weightedsums.h"
 
@@ -13,8 +14,7 @@ using namespace zuml_test;
 
 template <class P>
 class Rank : public testing::Test {};
-using Scalars = testing::Types<ZUMBool, ZUMByte, ZUMShort, ZUMLong, ZUMReal>;
-TYPED_TEST_SUITE(Rank, Scalars);
+TYPED_TEST_SUITE(Rank, ScalarTypes);
 
 template <class P>
 P ValueOfRank(std::vector<P> values, std::ptrdiff_t k) {
