@@ -165,12 +165,13 @@ requires(!std::derived_from<T, ZUMGenericImage>) void Set(Outcome& outcome, cons
 
 /// What the drivers have to know of an operation.
 enum : unsigned {
-  kMoves = 0,     // nothing: the result moves with the images
-  kStays = 1,     // the result does not move with the images, or not along
-  kDepends = 2,   // the result depends on where the images are
-  kShares = 4,    // the result shares a raster with an operand, as its doc block says
-  kMirrors = 16,  // the result moves the other way, and the least coordinate has no opposite
-  kGrows = 8      // the result is as large as a box or a number makes it
+  kMoves = 0,    // nothing: the result moves with the images
+  kStays = 1,    // the result does not move with the images, or not along
+  kMirrors = 2,  // it moves the other way, where the least coordinate has no opposite
+  kDepends = 4,  // it depends on where the images are
+  kShares = 8,   // it shares a raster with an operand, as its doc block says
+  kFramed = 16,  // its raster keeps margins that the computation needed
+  kGrows = 32    // it is as large as a box or a number makes it
 };
 
 struct Operation {

@@ -28,15 +28,15 @@ std::string Interval(const ZUMImage<ZUMLong>& labels) {
 }
 
 const Register kOperations("regions", [] {
-  ADD2(kMoves, (Bool, Two, Element<>), ZUMBigRegion(a, b), ZUMRegionLabel(a, b),
-       ZUMFillRegion(a, b));
+  ADD2(kMoves, (Bool, Two, Element<>), ZUMBigRegion(a, b), ZUMFillRegion(a, b));
   ADD3(kMoves, (Bool, Two, Element<>, Number<2>), ZUMAreaFilter(a, c, 9, b));
-  ADD1(kMoves, (Bool, Two), ZUMRegionLabel(a, ZUMCon4), ZUMFillRegion(a, ZUMCon4),
-       ZUMRegionLabel(a, ZUMCon8), ZUMFillRegion(a, ZUMCon8), ZUMRegionWidth(a), ZUMRegionHeight(a),
-       ZUMRegionArea(a));
-  ADD3(kMoves, (Bool, Two, Element<>, Number<5>), LabelFrom(a, b, c));
-  ADD2(kMoves, (Algebra, Two, Element<>), ZUMRegionValueLabel(a, b));
-  ADD1(kMoves, (Algebra, Two), ZUMRegionValueLabel(a, ZUMCon8));
+  ADD1(kFramed, (Bool, Two), ZUMRegionLabel(a, ZUMCon4), ZUMRegionLabel(a, ZUMCon8));
+  ADD1(kMoves, (Bool, Two), ZUMFillRegion(a, ZUMCon4), ZUMFillRegion(a, ZUMCon8), ZUMRegionWidth(a),
+       ZUMRegionHeight(a), ZUMRegionArea(a));
+  ADD2(kFramed, (Bool, Two, Element<>), ZUMRegionLabel(a, b));
+  ADD3(kFramed, (Bool, Two, Element<>, Number<5>), LabelFrom(a, b, c));
+  ADD2(kFramed, (Algebra, Two, Element<>), ZUMRegionValueLabel(a, b));
+  ADD1(kFramed, (Algebra, Two), ZUMRegionValueLabel(a, ZUMCon8));
   ADD1(kMoves, (Long, Two), ZUMRelabel(a), ZUMLabelColor(a), Interval(a));
   ADD2(kDepends | kGrows, (Bool, Two, Number<8>), ZUMRegionFeretDiameters(a, b));
   ADD2(kDepends | kGrows, (Long, Two, Number<8>), ZUMRegionFeretDiameters(a, b));
@@ -50,9 +50,9 @@ const Register kOperations("regions", [] {
        ZUMRegionCenteredMoment(a, b, c));
   ADD1(kDepends, (Scalar, Two), ZUMGravityCenter(a));
   ADD1(kDepends, (Bool, Two), ZUMRegionRectHull(a));
-  ADD2(kMoves, (Grey, Two, Element<>), ZUMRegionsOfInfluence(a, b));
-  ADD1(kMoves, (Grey, Two), ZUMRegionsOfInfluence(a, ZUMCon8));
-  ADD3(kMoves, (Grey, Picture<ZUMBool>, Two, Element<>), ZUMExtendRegionToMax(a, b, c),
+  ADD2(kFramed, (Grey, Two, Element<>), ZUMRegionsOfInfluence(a, b));
+  ADD1(kFramed, (Grey, Two), ZUMRegionsOfInfluence(a, ZUMCon8));
+  ADD3(kFramed, (Grey, Picture<ZUMBool>, Two, Element<>), ZUMExtendRegionToMax(a, b, c),
        ZUMExtendRegionToMin(a, b, c));
 });
 
