@@ -20,8 +20,12 @@ void FillCoordinate(const ZUMImage<ZUMLong>& image, Axis axis) {
       image,
       [axis](const ZUMRunPlace& place, ZUMLong* r, std::ptrdiff_t n) {
         const ZUMBasePoint<int> p(place.x, place.y, place.z, place.t);
-        if (axis != kX) std::fill_n(r, n, p.*axis);
-        for (std::ptrdiff_t i = 0; axis == kX && i < n; ++i) r[i] = static_cast<ZUMLong>(p.x + i);
+        if (axis != kX) {
+          std::fill_n(r, n, p.*axis);
+          return;
+        }
+        const int count = static_cast<int>(n);
+        for (int i = 0; i < count; ++i) r[i] = p.x + i;
       },
       image);
 }

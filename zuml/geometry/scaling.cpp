@@ -200,12 +200,13 @@ class Zoom : public XQTask {
   int ny = 1;
 
   void Run() override {
-    const int factor = N != 0 ? N : nx;
     const Pixel* line_above = nullptr;
     const Pixel* source_above = nullptr;
     ZUMForEachPlacedRun(
         part,
         [&](const ZUMRunPlace& place, P* start, std::ptrdiff_t n) {
+          // Read here, since pixels of one byte might be anything for the compiler.
+          const int factor = N != 0 ? N : nx;
           Pixel* to = zuml_detail::StoredPixels(start);
           Pixel* const end = to + n;
           const int x = FloorDivide(place.x, factor);

@@ -31,10 +31,13 @@ void RunWarp(const ZUMRoDRef& part, const ZUMImage<P>& image, const ZUMImage<P>&
              ZUMInterpolation interpolation, P default_value, const Position& position) {
   ZUMForEachPlacedRun(
       part,
-      [&](const ZUMRunPlace& place, P* to, std::ptrdiff_t n) {
+      // Copies, since pixels of one byte might be anything for the compiler.
+      [&image, interpolation, default_value, position](const ZUMRunPlace& place, P* to,
+                                                       std::ptrdiff_t n) {
         const WarpSource<P> source(image, place.z, place.t, place.c, 0, 0);
+        const int x = place.x, y = place.y;
         for (std::ptrdiff_t i = 0; i < n; ++i) {
-          const ZUMBasePoint2D<double> s = position(static_cast<int>(place.x + i), place.y);
+          const ZUMBasePoint2D<double> s = position(static_cast<int>(x + i), y);
           to[i] = interpolation == ZUMInterpolationNearest
                       ? source.Nearest(s.x, s.y, default_value)
                       : source.template Linear<Pair>(s.x, s.y, default_value);
