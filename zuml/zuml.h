@@ -111,6 +111,12 @@
 #include "zuml/threshold/sigmoid.h"
 #include "zuml/threshold/thresholding.h"
 
+// extension: values for unknown pixels
+#include "zuml/extension/diffusion.h"
+#include "zuml/extension/extendedframes.h"
+#include "zuml/extension/interpolation.h"
+#include "zuml/extension/spreading.h"
+
 // regions: labelling, measurement, blobs, contours, distance maps, skeletons
 #include "zuml/regions/areafilters.h"
 #include "zuml/regions/feret.h"

@@ -104,6 +104,7 @@ ZUMImage<ZUMReal> ZUMAtan(const ZUMImage<P>& image) {
 
 template <std::same_as<ZUMReal> P>
 ZUMImage<ZUMReal> ZUMAtan2(const ZUMImage<P>& y, const ZUMImage<P>& x) {
+  if (x.GetCSz() < y.GetCSz()) zuml_detail::RequireSameChannels("ZUMAtan2", y, x);
   return zuml_detail::MapImages<ZUMReal>(
       Intersection(y, x), y.GetCSz(), [](P vy, P vx) { return std::atan2(vy, vx); }, y, x);
 }

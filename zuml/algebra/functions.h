@@ -40,7 +40,8 @@ template <std::same_as<ZUMReal> P>
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAtan(const ZUMImage<P>& image);
 
 /// The angle of the vector (x, y), -pi to pi. The result covers the region that both share and has
-/// the channels of y; x must have as many, which is not tested.
+/// the channels of y; of x, the channels of the same numbers count. Throws XQException "ZUMAtan2:
+/// Diferent number of channels %d!=%d" where x has fewer.
 template <std::same_as<ZUMReal> P>
 [[nodiscard]] ZUML_API ZUMImage<ZUMReal> ZUMAtan2(const ZUMImage<P>& y, const ZUMImage<P>& x);
 

@@ -254,6 +254,7 @@ void ZUMDisplacementArray::SurroundPath(const ZUMRaster& target, const ZUMImage<
   if (path.EmptyP()) {
     throw XQException("ZUMAddFrame: It is not allowed add a frame to an empty image");
   }
+  if (path.GetCSz() < 1) throw XQException("SurroundPath: path start not found");
   // The false frame spares the walk a test of coordinates.
   const ZUMRect frame(1, 1, 0, 0, 1, 1, 0, 0);
   const ZUMImage<ZUMBool> left(path, frame, 1, nullptr);
