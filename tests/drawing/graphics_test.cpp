@@ -12,6 +12,7 @@
 #include "tests/support/otherregion.h"
 #include "tests/support/testimages.h"
 #include "zuml/core/pixelarith.h"
+#include "zuml/geometry/gridmoves.h"
 
 using namespace zuml_test;
 
@@ -95,13 +96,14 @@ struct Twins {
 
   // In all layouts, and at both ends of the 32 bits.
   Twins(Random& random, int round, int csz) {
-    const Layout layout = round % 6 < 4 ? kLayouts[round % 6] : Layout::kTight;
-    ZUMRect box = MakeRandomBox(random, 12, 12, 2, 2);
-    if (round % 6 == 4) box = {kLow, kLow, 0, 0, kLow + 7, kLow + 9, 1, 0};
-    if (round % 6 == 5) box = {kHigh - 8, kHigh - 5, 0, 0, kHigh, kHigh, 0, 1};
+    const bool far = round % 6 >= 4;
+    const Layout layout = far ? Layout::kTight : kLayouts[round % 6];
+    const ZUMRect box = far ? ZUMRect(0, 0, 0, 0, 7, 9, 1, 1) : MakeRandomBox(random, 12, 12, 2, 2);
+    const Point low(kLow, kLow), high(kHigh - 7, kHigh - 9);
+    const Point to = round % 6 == 4 ? low : far ? high : Point();
     Random a(random.Next()), b = a;
-    drawn = MakeRandomImage<P>(a, box, csz, layout);
-    expected = MakeRandomImage<P>(b, box, csz, layout);
+    drawn = ZUMTranslate(MakeRandomImage<P>(a, box, csz, layout), to);
+    expected = ZUMTranslate(MakeRandomImage<P>(b, box, csz, layout), to);
   }
 
   P* Find(long long x, long long y, int z, int t, int c) const {
