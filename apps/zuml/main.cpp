@@ -84,9 +84,7 @@ void AddMeasure(CLI::App& app, MeasureOptions& options, std::string& threshold) 
   command->add_option("--table", options.table, "Write the measures of all parts: OUT.csv");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunProgram(int argc, char** argv) {
   // The library's own lines are no results.
   XQSetDiagnosticOutput([](const char* text) { std::fputs(text, stderr); });
   XQSetMessageBoxOutput([](const char*) {});  // what they say is in the exception as well
@@ -124,20 +122,28 @@ int main(int argc, char** argv) {
     return status == 0 ? 0 : kWrongCall;
   }
 
-  try {
-    if (*info) {
-      Info(file);
-    } else if (*convert) {
-      Convert(in, out);
-    } else {
-      Measure(measure);
-    }
-    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
-      throw JobError("cannot write the result to standard output");
-    }
-  } catch (const std::exception& e) {
-    std::fprintf(stderr, "zuml: %s\n", e.what());
-    return kFailedJob;
+  if (*info) {
+    Info(file);
+  } else if (*convert) {
+    Convert(in, out);
+  } else {
+    Measure(measure);
+  }
+  if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+    throw JobError("cannot write the result to standard output");
   }
   return 0;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return RunProgram(argc, argv);
+  } catch (const std::exception& e) {
+    std::fprintf(stderr, "zuml: %s\n", e.what());
+  } catch (...) {
+    std::fputs("zuml: an unknown error\n", stderr);
+  }
+  return kFailedJob;
 }

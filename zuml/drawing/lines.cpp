@@ -7,7 +7,6 @@
 #include "zuml/drawing/detail/channels.h"
 #include "zuml/drawing/detail/segment.h"
 
-using zuml_detail::Bounds;
 using zuml_detail::Plane;
 using zuml_detail::RequireChannel;
 using zuml_detail::Segment;

@@ -123,23 +123,23 @@ class GradientTask : public XQTask {
   template <class Store>
   void ForEachGradientRow(const Store& store) {
     const long long line = source->GetLineSz();
-    const auto rows =
-        static_cast<long long>(terms->smooth_y.offsets.size() + terms->derive_y.offsets.size());
-    zuml_detail::ForEachStrip(part, rows, sizeof(ZUMReal), [&](const ZUMRoDRef& strip) {
-      const std::ptrdiff_t width = strip.RoDXSz();
-      StagedRows<ZUMReal, P> along_x(terms->derive_x, terms->smooth_y, line, width);
-      StagedRows<ZUMReal, P> along_y(terms->smooth_x, terms->derive_y, line, width);
-      const auto dx = zuml_detail::MakeScratch<ZUMReal>(static_cast<std::size_t>(width));
-      const auto dy = zuml_detail::MakeScratch<ZUMReal>(static_cast<std::size_t>(width));
-      ZUMForEachRun(
-          strip,
-          [&](ZUMReal* r, const P* s, std::ptrdiff_t n) {
-            along_x.Write(s, n, dx.get());
-            along_y.Write(s, n, dy.get());
-            store(r, dx.get(), dy.get(), n);
-          },
-          result->Channel(0), *source);
-    });
+    const std::size_t rows = terms->smooth_y.offsets.size() + terms->derive_y.offsets.size();
+    zuml_detail::ForEachStrip(
+        part, static_cast<long long>(rows), sizeof(ZUMReal), [&](const ZUMRoDRef& strip) {
+          const std::ptrdiff_t width = strip.RoDXSz();
+          StagedRows<ZUMReal, P> along_x(terms->derive_x, terms->smooth_y, line, width);
+          StagedRows<ZUMReal, P> along_y(terms->smooth_x, terms->derive_y, line, width);
+          const auto dx = zuml_detail::MakeScratch<ZUMReal>(static_cast<std::size_t>(width));
+          const auto dy = zuml_detail::MakeScratch<ZUMReal>(static_cast<std::size_t>(width));
+          ZUMForEachRun(
+              strip,
+              [&](ZUMReal* r, const P* s, std::ptrdiff_t n) {
+                along_x.Write(s, n, dx.get());
+                along_y.Write(s, n, dy.get());
+                store(r, dx.get(), dy.get(), n);
+              },
+              result->Channel(0), *source);
+        });
   }
 };
 
