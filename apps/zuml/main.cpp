@@ -31,7 +31,7 @@ Threshold ParseThreshold(const std::string& text) {
   }
   if (used != text.size() || value < 0 || value > 255) {
     throw CLI::ValidationError("--threshold", "'" + text +
-                                                  "' is none of otsu, valley, min-variance or a "
+                                                  "' is not otsu, valley, min-variance or a "
                                                   "grey level from 0 to 255");
   }
   return {Kind::kFixed, value};

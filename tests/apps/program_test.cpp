@@ -177,7 +177,7 @@ TEST_F(Program, TellsWhatIsWrongAndWhatWouldBeRight) {
       {"convert grey.png out.gif", 1, "its extension is to be"},
       {"measure grey.png", 0, "no threshold tells parts of 'grey.png' from background"},
       {"measure grey.png --threshold 256", 2, "a grey level from 0 to 255"},
-      {"measure grey.png --threshold otsu2", 2, "is none of otsu, valley, min-variance"},
+      {"measure grey.png --threshold otsu2", 2, "is not otsu, valley, min-variance"},
       {"measure grey.png --connectivity 6", 2, "--connectivity"},
       {"measure grey.png --min-area 9 --max-area 8", 2, "is above --max-area"},
       {"measure grey.png --rows -1", 2, "not in range 0 to 2147483647"},

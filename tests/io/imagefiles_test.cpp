@@ -90,7 +90,7 @@ TEST_F(ImageFiles, PixelsComeBackFromEveryLayout) {
       });
       const std::string written = Written(format, image);
       if (layout == Layout::kCut && format.name != "ZMG") {
-        // The coordinates do not matter, where they end neither.
+        // The coordinates do not matter, also at their ends.
         constexpr int kMost = std::numeric_limits<int>::max();
         const Image at_0 = ZUMTranslate(image, -image.BeginX(), -image.BeginY(), 0, 0);
         const Image high = ZUMTranslate(at_0, kMost - at_0.EndX(), kMost - at_0.EndY(), 0, 0);

@@ -62,7 +62,8 @@ double Deviation(const ZUMImage<ZUMLong>& h, int first, int last) {
   return std::sqrt(squares / part.n);
 }
 
-// The first bin from `first` to `last` with the greatest criterion above `least`; NaN is none.
+// The first bin from `first` to `last` with the greatest criterion above `least`; a NaN does not
+// count.
 template <class V, class Criterion>
 int FirstGreatest(int first, int last, V least, Criterion criterion) {
   int best = 0;

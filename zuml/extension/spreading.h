@@ -26,8 +26,8 @@ template <ZUMAlgebraPixel P>
 /// in sweep order; each pixel is computed when its turn comes, its unknown neighbours queue behind
 /// in the connectivity's order, and it counts as known at once. Means are taken in `double`, of the
 /// pixels as they were stored; they are cut toward zero on integer pixels, and a bool is true where
-/// one of its known neighbours is. A pixel that nothing reaches, or that is reached by a step whose
-/// reverse is none, is 0, of reals a NaN.
+/// one of its known neighbours is. A pixel that nothing reaches is 0, of reals a NaN.
+/// So is one without a known neighbour, which a one-sided connectivity can reach.
 template <ZUMScalarPixel P>
 [[nodiscard]] ZUML_API ZUMImage<P> ZUMExtendMean(const ZUMImage<P>& image,
                                                  const ZUMImage<ZUMBool>& mask,

@@ -25,8 +25,8 @@ namespace {
 // Windows of up to this many lines are folded line by line.
 constexpr int kShortWindow = 5;
 
-// Writing to many lines by turns is slow where each lies in a page of its own, so many bytes from
-// the one before: there they are finished beside the result and copied one after the other.
+// Alternating between many lines is slow where each lies in a page of its own, so many bytes from
+// the one before. Such lines are finished in scratch memory and copied one after the other.
 constexpr std::ptrdiff_t kFarApart = 2048;
 
 template <class P, class Order>
