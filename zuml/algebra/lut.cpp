@@ -204,6 +204,7 @@ template <ZUMAlgebraPixel Q, ZUMDiscretePixel P>
 ZUMImage<Q> ZUMUnsafeLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut) {
   RequireRectangle("ZUMUnsafeLut", lut.RoD());
   RequireTableOfAxes("ZUMUnsafeLut", lut, image.GetCSz());
+  if (lut.GetCSz() == 0) return ZUMImage<Q>(image, 0, nullptr);
   const Table<Q> table(lut);
   switch (image.GetCSz()) {
     case 1:
@@ -225,6 +226,7 @@ ZUMImage<Q> ZUMLut(const ZUMImage<P>& image, const ZUMImage<Q>& lut,
     return ZUMImage<Q>(image, lut.GetCSz() != 1 ? lut.GetCSz() : channels, defaultValue);
   }
   RequireTableOfAxes("ZUMLut", lut, channels);
+  if (lut.GetCSz() == 0) return ZUMImage<Q>(image, 0, nullptr);
   if constexpr (std::same_as<P, ZUMByte>) {
     if (channels == 1) return RunByteLut(image, lut, defaultValue);
   }
