@@ -220,7 +220,9 @@ TEST_P(Everywhere, ExtentsBeyondTheImage) {
               setting.change = way;
               setting.operand = operand;
               setting.axis = axis;
-              setting.extent = extent;
+              // A result of that size takes its time without showing more.
+              const bool grows = (operation.traits & kGrows) != 0;
+              setting.extent = grows && extent == 1000000 ? extent / 10 : extent;
               CheckBounded(cases, operation, Call(operation, setting));
             }
           }
