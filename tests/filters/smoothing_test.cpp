@@ -100,7 +100,6 @@ TEST(Smoothing, MeansUnderAMask) {
         mask(b[0], b[1], b[2], b[3]) = true;
         ++round;
         double n = 0;
-        ZUMImage<ZUMReal> weights = mask;
         ForEachPoint(mask, 1, [&](auto... at) { n += mask(at...) ? 1 : 0; });
         EXPECT_TRUE(SameImage(
             ZUMSmoothEx(image, mask),

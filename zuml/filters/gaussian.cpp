@@ -105,9 +105,7 @@ struct GradientTerms {
   Terms<ZUMReal> derive_x, smooth_y, smooth_x, derive_y;
 };
 
-}  // namespace
-
-/// Both derivatives of a part, made row by row; Finish stores them.
+/// Both derivatives of a part, made row by row.
 template <class P>
 class GradientTask : public XQTask {
  public:
@@ -142,6 +140,8 @@ class GradientTask : public XQTask {
         });
   }
 };
+
+}  // namespace
 
 template <class P>
 class CTaskConvGrad final : public GradientTask<P> {

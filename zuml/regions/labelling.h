@@ -4,7 +4,8 @@
 /// 0 lie outside any region. Regions of several channels do not touch, but are numbered on: a label
 /// occurs in one channel only.
 ///
-/// All of it runs on the calling thread. The results cover the operand's region with its channels.
+/// All of it runs on the calling thread. The results cover the operand's region with its channels;
+/// the raster of label images may have margins, which floods need.
 /// The connectivity's true pixels are the neighbours, and it may be larger than the image; its
 /// centre does not matter. One that is not its own mirror image is followed in its direction only:
 /// a region is what its first pixel in sweep order reaches.

@@ -1,5 +1,6 @@
 /// Regions that grow: zones of influence of seeds, and climbs along monotone paths. All of it runs
-/// on the calling thread; the connectivity's true pixels are the neighbours. Throws XQException
+/// on the calling thread; the connectivity's true pixels are the neighbours. The rasters of the
+/// results keep the margins that the walks need. Throws XQException
 /// "ZUMRaster: It is not allowed create a framed raster with an empty RoD" for an empty operand.
 #pragma once
 

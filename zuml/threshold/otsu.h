@@ -35,7 +35,8 @@ template <ZUMGreyPixel P>
 
 /// Two thresholds t1 and t2 for three classes, below t1, from t1 to below t2, and from t2 on, by
 /// the greatest sum of w_k (m - m_k)^2 over the classes; the first of equals, t1 before t2. (0, 0)
-/// when there are no three classes. A class is empty when its count is 0.
+/// when there are no three classes. A class is empty when its count is 0. The time
+/// grows with the square of the number of bins.
 [[nodiscard]] ZUML_API ZUMArray<ZUMLong> ZUMHistogramTrimodalOtsu(
     const ZUMImage<ZUMLong>& histogram);
 template <ZUMGreyPixel P>
